@@ -1,0 +1,80 @@
+#pragma once
+
+#include "containers/hash_map.h"
+#include "style/css_declaration.h"
+#include "support/css_names.h"
+#include "tree/html_value.h"
+
+#include <cstdint>
+#include <memory>
+
+/// Declarations by property, at most one for each: what style is said with. The order of iteration
+/// is that of HashMap. An owning list deletes its declarations and takes copies of what it is given
+/// by others; any other only points at declarations of somebody else. Where there is no memory for
+/// a declaration, std::bad_alloc is thrown and the list is as it was.
+class CssDeclarationList : public zorvan::HashMap<ZVCSSProperty, CssDeclaration*> {
+public:
+    using Base = zorvan::HashMap<ZVCSSProperty, CssDeclaration*>;
+
+    /// cache: borrowed, outlives the list; where the values of the declarations come from.
+    explicit CssDeclarationList(ValueCache* cache, bool owning = true);
+
+    ~CssDeclarationList() override;
+
+    /// Stores a declaration in place of the one that the property has, whatever their importance.
+    /// An owning list takes the declaration over, also when it fails.
+    void add(CssDeclaration* declaration);
+
+    /// Makes the list owning and stores a new declaration; a null value stores nothing.
+    void set(ZVCSSProperty property, HtmlValue* value, bool important, bool edgeMargin);
+
+    /// Makes the list owning and stores a copy.
+    void setCopy(const CssDeclaration& declaration);
+
+    /// Gives the declaration of a property, which must be there, a new and only value; its marks
+    /// stay. Makes the list owning unless nothing changes.
+    void replaceValue(ZVCSSProperty property, HtmlValue* value);
+
+    /// Removes the declaration of a property; no effect when there is none.
+    void remove(ZVCSSProperty property);
+
+    /// Takes what is missing here from source, in its order, and replaces what is not important
+    /// here and is there. An owning list takes copies; copy: makes this list owning first, unless
+    /// there is nothing to take. source: another list.
+    void merge(const CssDeclarationList& source, bool copy);
+
+    /// Makes the list owning: what it points at is replaced by copies, in place.
+    void takeOwnership();
+
+    /// The kind of the first value of a property, 0 when the property is absent or out is null, and
+    /// in out what the value is as an integer: percentages and numbers without their fraction, the
+    /// number of a color, keyword or enumerator, whole pixels at 96 dots per inch of a length. What
+    /// does not fit is -2,147,483,648. For a string out is left alone.
+    std::uint32_t getIntValue(ZVCSSProperty property, std::int32_t* out) const;
+
+    /// The first value of a property; null when the property is absent.
+    HtmlValue* findValue(ZVCSSProperty property) const
+    {
+        CssDeclaration* const* declaration = find(property);
+        return declaration != nullptr ? (*declaration)->getValue() : nullptr;
+    }
+
+    /// Becomes an owning copy of source with the same chains and capacities, so that both go on
+    /// alike. source: another list.
+    void copyExactlyFrom(const CssDeclarationList& source);
+
+    /// Deletes the declarations of an owning list and empties the list.
+    void clear();
+
+    bool isOwning() const { return ownsDeclarations; }
+
+    ValueCache* const valueCache; // borrowed
+
+private:
+    void deleteDeclarations();
+    void replaceByCopies();
+    void addFrom(CssDeclaration* declaration);
+    void putAgain(ZVCSSProperty property);
+
+    bool ownsDeclarations;
+};
