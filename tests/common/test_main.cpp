@@ -58,7 +58,8 @@ class LeakListener : public testing::EmptyTestEventListener {
         const std::size_t heapAfter = zorvan::heapBlocksLive();
         const std::size_t after = liveBlocks.load();
         // A failed test's report is itself an allocation, so only passing tests are held to this.
-        if (info.result()->Passed() && after > before_ + info.result()->total_part_count())
+        if (info.result()->Passed()
+            && after > before_ + static_cast<std::size_t>(info.result()->total_part_count()))
             ADD_FAILURE() << info.test_suite_name() << '.' << info.name() << " leaks "
                           << after - before_ << " blocks";
         if (info.result()->Passed() && heapAfter > heapBefore_)
@@ -124,5 +125,10 @@ int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
     testing::UnitTest::GetInstance()->listeners().Append(new LeakListener);
+    {
+        // The library keeps the storage of the first trace, which is no leak of the test that has
+        // it.
+        const testing::ScopedTrace warmUp(__FILE__, __LINE__, "");
+    }
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,239 @@
+#include "tree/insertion_modes.h"
+
+#include "containers/linked_list.h"
+#include "tests/common/tree_context.h"
+#include "tests/tree/mode_rules.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing_support::checkModeRules;
+using testing_support::TreeContext;
+
+using enum InsertionMode;
+
+TEST(HeadModes, BeforeHead)
+{
+    checkModeRules({BeforeHead, HandleBeforeHeadInsertion, "<html>",
+        {
+            {"space", ANSWER_IGNORED, BeforeHead, false, "html"},
+            {"null", ANSWER_IGNORED, BeforeHead, true, "html"},
+            {"<html>", ANSWER_USED, BeforeHead, true, "html"},
+            {"<head>", ANSWER_USED, InHead, false, "html[head]"},
+            {"</body> </br> </head> </html>", ANSWER_AGAIN, InHead, false, "html[head]"},
+            {"end", ANSWER_IGNORED, BeforeHead, true, "html"},
+            {"any", ANSWER_AGAIN, InHead, false, "html[head]"},
+        }});
+}
+
+TEST(HeadModes, InHead)
+{
+    checkModeRules({InHead, HandleInHeadInsertion, "<head>",
+        {
+            {"space", ANSWER_USED, InHead, false, "html[head[%]]"},
+            {"null", ANSWER_IGNORED, InHead, true, "html[head]"},
+            {"<html>", ANSWER_USED, InHead, true, "html[head]"},
+            {"<base> <basefont> <bgsound> <command> <link> <meta>", ANSWER_USED, InHead, false,
+                "html[head[%]]"},
+            {"<title>", ANSWER_USED, Text, false, "html[head[title]]"},
+            {"<noscript>", ANSWER_USED, InHeadNoscript, false, "html[head[noscript]]"},
+            {"<noframes> <style>", ANSWER_USED, Text, false, "html[head[%]]"},
+            {"<script>", ANSWER_USED, InHead, false, "html[head]"},
+            {"</head>", ANSWER_USED, AfterHead, false, "html[head]"},
+            {"</body> </br> </html>", ANSWER_AGAIN, AfterHead, false, "html[head]"},
+            {"<head> end", ANSWER_IGNORED, InHead, true, "html[head]"},
+            {"any", ANSWER_AGAIN, AfterHead, false, "html[head]"},
+        }});
+}
+
+TEST(HeadModes, InHeadNoscript)
+{
+    checkModeRules({InHeadNoscript, HandleInHeadNoscriptInsertion, "<head><noscript>",
+        {
+            {"null", ANSWER_IGNORED, InHeadNoscript, true, "html[head[noscript]]"},
+            {"<html>", ANSWER_USED, InHeadNoscript, true, "html[head[noscript]]"},
+            {"</noscript>", ANSWER_USED, InHead, false, "html[head[noscript]]"},
+            {"space <basefont> <bgsound> <link> <meta>", ANSWER_USED, InHeadNoscript, false,
+                "html[head[noscript[%]]]"},
+            {"<noframes> <style>", ANSWER_USED, Text, false, "html[head[noscript[%]]]"},
+            {"</br>", ANSWER_AGAIN, InHead, false, "html[head[noscript]]"},
+            {"<head> <noscript> end", ANSWER_IGNORED, InHeadNoscript, true, "html[head[noscript]]"},
+            {"any", ANSWER_AGAIN, InHead, true, "html[head[noscript]]"},
+        }});
+}
+
+TEST(HeadModes, AfterHead)
+{
+    checkModeRules({AfterHead, HandleAfterHeadInsertion, "<head></head>",
+        {
+            {"space", ANSWER_USED, AfterHead, false, "html[head %]"},
+            {"null", ANSWER_IGNORED, AfterHead, true, "html[head]"},
+            {"<html>", ANSWER_USED, AfterHead, true, "html[head]"},
+            {"<body>", ANSWER_USED, InBody, false, "html[head body]"},
+            {"<frameset>", ANSWER_USED, InFrameset, false, "html[head frameset]"},
+            {"<base> <basefont> <bgsound> <link> <meta>", ANSWER_USED, AfterHead, true,
+                "html[head[%]]"},
+            {"<title> <noframes> <style>", ANSWER_USED, Text, true, "html[head[%]]"},
+            {"<script>", ANSWER_USED, AfterHead, true, "html[head]"},
+            {"</body> </br> </html>", ANSWER_AGAIN, InBody, false, "html[head body]"},
+            {"<head> end", ANSWER_IGNORED, AfterHead, true, "html[head]"},
+            {"any", ANSWER_AGAIN, InBody, false, "html[head body]"},
+        }});
+}
+
+struct RawTextRow {
+    const char* markup;
+    std::uint32_t lenient;
+    std::uint32_t rawTextMode;
+    InsertionMode original;
+};
+
+TEST(HeadModes, RawTextModeOfTextElements)
+{
+    const RawTextRow rows[] = {
+        {"<head><title>", 0, RAW_TEXT_NONE, InHead},
+        {"<head><title>", 1, RAW_TEXT_NONE, InHead},
+        {"<head><style>", 0, RAW_TEXT_STRICT, InHead},
+        {"<head><style>", 1, RAW_TEXT_LENIENT, InHead},
+        {"<head><noframes>", 0, RAW_TEXT_STRICT, InHead},
+        {"<head><noscript><style>", 0, RAW_TEXT_STRICT, InHeadNoscript},
+        {"<head></head><style>", 0, RAW_TEXT_STRICT, AfterHead},
+        {"<body><style>", 0, RAW_TEXT_STRICT, InBody},
+        {"<frameset><noframes>", 1, RAW_TEXT_LENIENT, InFrameset},
+        {"<body><textarea>", 0, RAW_TEXT_TEXTAREA, InBody},
+        {"<body><xmp>", 0, RAW_TEXT_STRICT, InBody},
+        {"<body><xmp>", 1, RAW_TEXT_LENIENT, InBody},
+        {"<body><noembed>", 0, RAW_TEXT_STRICT, InBody},
+        {"<body><noembed>", 1, RAW_TEXT_LENIENT, InBody},
+    };
+    for (const RawTextRow& row : rows) {
+        SCOPED_TRACE(row.markup);
+        TreeContext tree(row.markup);
+        tree.context.lenientRawText = row.lenient;
+        tree.build();
+        EXPECT_EQ(tree.context.rawTextMode, row.rawTextMode);
+        EXPECT_EQ(tree.context.insertionMode, static_cast<std::uint32_t>(Text));
+        EXPECT_EQ(tree.context.originalInsertionMode, static_cast<std::uint32_t>(row.original));
+    }
+}
+
+TEST(HeadModes, NoscriptAsRawText)
+{
+    TreeContext tree("<head><noscript><b>x</b></noscript><body><noscript><b>y</b></noscript>");
+    tree.context.noscriptRawText = 1;
+    tree.build();
+    EXPECT_EQ(
+        tree.shortOutline(), "html[head[noscript[\"<b>x</b>\"]] body[noscript[\"<b>y</b>\"]]]");
+}
+
+TEST(HeadModes, TitleIsScannedAsMarkup)
+{
+    TreeContext tree("<title>a<p>b</title><body>");
+    tree.build();
+    EXPECT_EQ(tree.shortOutline(), "html[head[title[\"ab\"]] body]");
+    EXPECT_EQ(tree.context.parseError, 0U);
+}
+
+TEST(HeadModes, HeadElementIsRemembered)
+{
+    for (const char* markup : {"<head>", "</head>", "x", "<p>", "</br>"}) {
+        TreeContext tree(markup);
+        tree.build();
+        ASSERT_NE(tree.context.headElement, nullptr) << markup;
+        EXPECT_EQ(tree.context.headElement, tree.find(ELEMENT_HEAD)) << markup;
+    }
+}
+
+TEST(HeadModes, ContentBehindTheHeadGoesIntoIt)
+{
+    TreeContext tree("<head></head><meta><title>t</title><link><body>x");
+    tree.build();
+    EXPECT_EQ(tree.shortOutline(), "html[head[meta title[\"t\"] link] body[\"x\"]]");
+    EXPECT_EQ(tree.context.parseError, 1U);
+    EXPECT_EQ(tree.stack().getCount(), 2);
+    EXPECT_FALSE(tree.stack().contains(*tree.context.headElement));
+}
+
+TEST(HeadModes, TextPendingBehindTheHeadIsFlushedIntoItsContent)
+{
+    // The head is current already when the element flushes what is pending.
+    TreeContext tree("<head></head> <meta> <body>");
+    tree.build();
+    EXPECT_EQ(tree.shortOutline(), "html[head[\" \" meta] \" \" body]");
+}
+
+struct FramesetRow {
+    const char* markup;
+    std::uint32_t framesetOk;
+};
+
+TEST(HeadModes, BodyMadeByAnEndTagRulesOutAFrameset)
+{
+    const FramesetRow rows[] = {
+        {"<head></head></body>", 0},
+        {"<head></head></br>", 0},
+        {"<head></head></html>", 0},
+        {"<head></head><body>", 0},
+        {"<head></head><p>", 1},
+        {"<head></head><br>", 0},
+        {"<head></head>x", 0},
+        {"<head></head><div>", 1},
+    };
+    for (const FramesetRow& row : rows) {
+        TreeContext tree(row.markup);
+        tree.build();
+        EXPECT_EQ(tree.context.framesetOk, row.framesetOk) << row.markup;
+        EXPECT_NE(tree.find(ELEMENT_BODY), nullptr) << row.markup;
+    }
+}
+
+TEST(HeadModes, ScriptIsSkipped)
+{
+    TreeContext tree("<head><script>if (a < b) '</b>' <!-- </script><meta>");
+    tree.build();
+    EXPECT_EQ(tree.shortOutline(), "html[head[meta]]");
+    // The end tag is one that the head has no rule for.
+    EXPECT_EQ(tree.context.parseError, 1U);
+    EXPECT_EQ(tree.context.insertionMode, static_cast<std::uint32_t>(InHead));
+}
+
+TEST(HeadModes, ScriptEndsAtTheFirstEndTagWithItsName)
+{
+    const char* const markups[] = {"<head><script>a<b</script><meta>",
+        "<head><script><</script><meta>", "<head><script></b</script><meta>",
+        "<head><script></scriptx></script ><meta>", "<head><SCRIPT></Script><meta>"};
+    for (const char* markup : markups) {
+        TreeContext tree(markup);
+        tree.build();
+        EXPECT_EQ(tree.shortOutline(), "html[head[meta]]") << markup;
+    }
+}
+
+TEST(HeadModes, UnclosedScriptKeepsTheTextInFrontOfIt)
+{
+    TreeContext tree("<body>x<script>y");
+    InsertNode(tree.context);
+    EXPECT_EQ(tree.context.statusFlags, STATUS_END_OF_INPUT);
+    EXPECT_EQ(tree.shortOutline(), "html[head body[\"x\"]]");
+}
+
+TEST(HeadModes, ScriptBehindTheHead)
+{
+    TreeContext tree("<head></head><script>x</script>");
+    tree.build();
+    EXPECT_EQ(tree.shortOutline(), "html[head]");
+    EXPECT_EQ(tree.context.parseError, 1U);
+    EXPECT_EQ(tree.context.insertionMode, static_cast<std::uint32_t>(AfterHead));
+    EXPECT_EQ(tree.stack().getCount(), 1);
+}
+
+TEST(HeadModes, EndHeadBeforeTheHead)
+{
+    TreeContext tree("<html></p></head><body>");
+    tree.build();
+    EXPECT_EQ(tree.shortOutline(), "html[head body]");
+    EXPECT_EQ(tree.context.parseError, 1U);
+}
+
+} // namespace

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "filter/html_filter_context.h"
+#include "scanner/token.h"
+
+#include <cstdint>
+
+// What becomes of the characters of content. Text is most of a document, so there are two roads to
+// the same place: one character token at a time, which every mode knows, and whole runs straight
+// from the scanner, in the modes in which a character does no more than join the pending text.
+
+/// White space of content.
+constexpr bool IsSpaceCharacter(std::uint32_t character)
+{
+    return character == 9 || character == 10 || character == 12 || character == 13
+        || character == 32;
+}
+
+/// A character of the body. Answers an InsertionAnswer.
+int InsertBodyCharacter(const Token* token, HtmlFilterContext& context);
+
+/// Takes the plain characters that come next from the scanner, in the modes that may; what is left
+/// is a token's matter. Nothing happens in other modes and when a token is next.
+void AppendTextRuns(HtmlFilterContext& context);
