@@ -45,6 +45,13 @@ std::int32_t decodeJisPair(std::uint32_t byte, std::int32_t bias, HtmlFilterCont
     return deliverTwoBytes(shiftJisFromJis(first - bias, second - bias), context);
 }
 
+/// The end of the input within a pair: it counts as read, so its low byte is among the recent ones.
+std::int32_t endPair(HtmlFilterContext& context)
+{
+    noteRecentByte(0xFF, context);
+    return endInput(context);
+}
+
 /// A character of two 7-bit bytes, the end of the input apart.
 std::int32_t decodeIso2022JpPair(std::uint32_t first, HtmlFilterContext& context)
 {
@@ -91,7 +98,7 @@ std::int32_t decodeIso2022Kr(std::uint32_t byte, HtmlFilterContext& context)
         return deliverOneByte(byte, context);
     const std::uint32_t second = takeByte(*context.stream);
     if (second == kNoByte)
-        return endInput(context);
+        return endPair(context);
     return deliverTwoBytes(byte * 256 + second, context);
 }
 
@@ -118,7 +125,7 @@ std::int32_t decodeHz(std::uint32_t byte, HtmlFilterContext& context)
         return deliverOneByte(byte, context);
     const std::uint32_t second = takeByte(block);
     if (second == kNoByte)
-        return endInput(context);
+        return endPair(context);
     return deliverTwoBytes(byte * 256 + second + 0x8080, context); // the 8-bit form
 }
 

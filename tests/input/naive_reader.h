@@ -57,6 +57,11 @@ private:
         ended = true;
         return -1;
     }
+    std::int32_t endOfPair()
+    {
+        ended = true;
+        return one(-1);
+    }
     std::int32_t pair(std::int32_t first) { return two(first * 256 + (take() & 0xFF)); }
 
     std::int32_t jis(std::int32_t a, std::int32_t b)
@@ -108,7 +113,7 @@ private:
         if (state != 0xF060000)
             return one(byte);
         const std::int32_t second = take();
-        return second == 0xFFFF ? end() : two(byte * 256 + second);
+        return second == 0xFFFF ? endOfPair() : two(byte * 256 + second);
     }
 
     std::int32_t hz(std::int32_t byte)
@@ -132,7 +137,7 @@ private:
         if (state != 0xF050000)
             return one(byte);
         const std::int32_t second = take();
-        return second == 0xFFFF ? end() : two((byte * 256 + second + 0x8080) & 0xFFFF);
+        return second == 0xFFFF ? endOfPair() : two((byte * 256 + second + 0x8080) & 0xFFFF);
     }
 
     std::int32_t utf8(std::int32_t byte)
