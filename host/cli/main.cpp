@@ -1,0 +1,3 @@
+#include "host/cli/program.h"
+
+int main(int argc, char** argv) { return host::cli::runProgram(argc, argv); }

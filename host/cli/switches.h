@@ -1,0 +1,32 @@
+#pragma once
+
+#include "host/module.h"
+#include "host/session.h"
+
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace host::cli {
+
+/// The heading of the shared switches in the help.
+constexpr char kSwitchGroup[] = "Common switches (numbers are decimal or 0x hexadecimal)";
+
+/// What the switches that all subcommands share say.
+struct Switches {
+    ConversionOptions conversion = {};
+    std::vector<OptionValue> globalOptions = {};
+    std::string modulePath = {}; ///< empty for the module in its usual place
+};
+
+/// Adds the shared switches; parsing them fills `switches`, which must live as long as `app`.
+void addSwitches(CLI::App& app, Switches& switches);
+
+/// Throws BadUse when the file type is none of the module's or the host can't convert the character
+/// set.
+void checkSwitches(const Switches& switches, const Module& module);
+
+} // namespace host::cli

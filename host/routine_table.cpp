@@ -1,0 +1,291 @@
+#include "host/routine_table.h"
+
+#include <iterator>
+#include <string_view>
+
+namespace host {
+
+namespace {
+
+    // A larger buffer than any filter needs; a module that asks for more gets none.
+    constexpr std::uint32_t kMostReservedChars = 1u << 20;
+
+    HostSession& sessionOf(void* userData1)
+    {
+        HostSession& session = *static_cast<HostSession*>(userData1);
+        ++session.calls;
+        return session;
+    }
+
+    HostSink& sinkOf(void* userData1) { return sessionOf(userData1).sink; }
+
+    std::u16string_view viewOf(const char16_t* text, std::uint16_t count)
+    {
+        return text == nullptr ? std::u16string_view() : std::u16string_view(text, count);
+    }
+
+    void emitSpecial(std::uint16_t code, void* userData1, void*)
+    {
+        sinkOf(userData1).emitSpecial(code);
+    }
+
+    void setFontHeight(std::uint32_t halfPoints, void* userData1, void*)
+    {
+        sinkOf(userData1).setFontHeight(halfPoints);
+    }
+
+    std::uint32_t emitBreak(std::uint16_t kind, std::uint32_t handle, void* userData1, void*)
+    {
+        HostSession& session = sessionOf(userData1);
+        if (kind == BREAK_DOCUMENT)
+            session.documentEnded = true;
+        ++session.breaks;
+        const bool due = session.stopEvery != 0 && session.breaks % session.stopEvery == 0;
+        const bool wanted = session.sink.emitBreak(kind, handle);
+        return due || wanted ? 1 : 0;
+    }
+
+    void announceSection(
+        std::uint32_t first, std::uint32_t second, std::uint32_t third, void* userData1, void*)
+    {
+        sinkOf(userData1).announceSection(first, second, third);
+    }
+
+    void abandonFilter(std::uint32_t code, void* userData1, void*)
+    {
+        sessionOf(userData1);
+        throw AbandonError{code};
+    }
+
+    void selectFont(std::uint32_t fontIndex, void* userData1, void*)
+    {
+        sinkOf(userData1).selectFont(fontIndex);
+    }
+
+    void setLineSpacing(std::uint32_t kind, std::uint32_t value, std::uint32_t a, std::uint32_t b,
+        void* userData1, void*)
+    {
+        sinkOf(userData1).setLineSpacing(kind, value, a, b);
+    }
+
+    void defineFont(
+        std::uint32_t index, std::uint16_t family, const char* name, void* userData1, void*)
+    {
+        sinkOf(userData1).defineFont(
+            index, family, name == nullptr ? std::string_view() : std::string_view(name));
+    }
+
+    void finishTable(void* userData1, void*) { sinkOf(userData1).finishTable(); }
+
+    void placeGraphic(const GraphicRecord* record, void* userData1, void*)
+    {
+        sinkOf(userData1).placeGraphic(record);
+    }
+
+    void placeRule(const RuleRecord* record, std::uint32_t color, std::uint32_t mode,
+        std::uint32_t width, std::uint32_t height, void* userData1, void*)
+    {
+        sinkOf(userData1).placeRule(record, color, mode, width, height);
+    }
+
+    void beginTagged(
+        std::uint32_t tag, std::uint32_t value, const void* record, void* userData1, void*)
+    {
+        sinkOf(userData1).beginTagged(tag, value, record);
+    }
+
+    void endTagged(std::uint32_t tag, std::uint32_t value, void* userData1, void*)
+    {
+        sinkOf(userData1).endTagged(tag, value);
+    }
+
+    std::uint32_t storeString(const char16_t* text, std::uint32_t charSetId, std::uint16_t length,
+        std::uint32_t* handle, void* userData1, void*)
+    {
+        HostSession& session = sessionOf(userData1);
+        const std::uint32_t given = session.nextString++;
+        if (handle != nullptr)
+            *handle = given;
+        session.sink.storeString(viewOf(text, length), charSetId, given);
+        return given;
+    }
+
+    void setPageBorders(std::uint32_t on, const PageBorderRecord* record, void* userData1, void*)
+    {
+        sinkOf(userData1).setPageBorders(on, record);
+    }
+
+    void setParagraphBorder(
+        std::uint32_t on, const ParagraphBorderRecord* record, void* userData1, void*)
+    {
+        sinkOf(userData1).setParagraphBorder(on, record);
+    }
+
+    void setParagraphShading(
+        std::uint32_t on, const ParagraphShadingRecord* record, void* userData1, void*)
+    {
+        sinkOf(userData1).setParagraphShading(on, record);
+    }
+
+    void setTextColor(std::uint32_t mode, std::uint32_t color, void* userData1, void*)
+    {
+        sinkOf(userData1).setTextColor(mode, color);
+    }
+
+    void setBackColor(std::uint32_t mode, std::uint32_t color, void* userData1, void*)
+    {
+        sinkOf(userData1).setBackColor(mode, color);
+    }
+
+    void beginReference(std::uint32_t* referenceId, void* userData1, void*)
+    {
+        HostSession& session = sessionOf(userData1);
+        const std::uint32_t given = session.nextReference++;
+        if (referenceId != nullptr)
+            *referenceId = given;
+        session.sink.beginReference(given);
+    }
+
+    void setExtraProperty(std::uint32_t kind, std::uint32_t sub, std::uint32_t value,
+        std::uint32_t value2, void* userData1, void*)
+    {
+        sinkOf(userData1).setExtraProperty(kind, sub, value, value2);
+    }
+
+    void attachReference(std::uint32_t referenceId, std::uint32_t zero, void* userData1, void*)
+    {
+        sinkOf(userData1).attachReference(referenceId, zero);
+    }
+
+    void defineTable(const TableRecord* record, void* userData1, void*)
+    {
+        sinkOf(userData1).defineTable(record);
+    }
+
+    std::uint32_t defineTableCell(const TableCellRecord* record, void* userData1, void*)
+    {
+        HostSession& session = sessionOf(userData1);
+        const std::uint32_t given = session.nextCell++;
+        session.sink.defineTableCell(record, given);
+        return given;
+    }
+
+    std::uint32_t defineTableRow(const TableRowRecord* record, void* userData1, void*)
+    {
+        HostSession& session = sessionOf(userData1);
+        const std::uint32_t given = session.nextRow++;
+        session.sink.defineTableRow(record, given);
+        return given;
+    }
+
+    void emitText(
+        const char16_t* text, std::uint16_t count, std::uint32_t charSetId, void* userData1, void*)
+    {
+        sinkOf(userData1).emitText(viewOf(text, count), charSetId);
+    }
+
+    void reserveChars(char16_t** buffer, std::uint32_t capacity, void* userData1, void*)
+    {
+        HostSession& session = sessionOf(userData1);
+        const bool granted = capacity <= kMostReservedChars;
+        session.reserved.assign(granted ? capacity : 0, u'\0');
+        if (buffer != nullptr)
+            *buffer = granted ? session.reserved.data() : nullptr;
+        session.sink.reserveChars(capacity);
+    }
+
+    void commitChars(std::uint16_t count, std::uint32_t charSetId, void* userData1, void*)
+    {
+        HostSession& session = sessionOf(userData1);
+        const std::u16string_view written = session.reserved;
+        session.sink.commitChars(written.substr(0, count), charSetId);
+    }
+
+    void markSourceTag(std::uint32_t id, void* userData1, void*)
+    {
+        sinkOf(userData1).markSourceTag(id);
+    }
+
+    void setProperty(std::uint32_t kind, std::uint32_t sub, std::uint32_t flag, std::uint32_t value,
+        void* userData1, void*)
+    {
+        sinkOf(userData1).setProperty(kind, sub, flag, value);
+    }
+
+    void announceFeatures(std::uint32_t features, void* userData1, void*)
+    {
+        sinkOf(userData1).announceFeatures(features);
+    }
+
+    void addReferencePart(
+        std::uint32_t code, std::uint32_t a, std::uint32_t b, void* userData1, void*)
+    {
+        sinkOf(userData1).addReferencePart(code, a, b);
+    }
+
+    void endReference(void* userData1, void*) { sinkOf(userData1).endReference(); }
+
+    void emitTextAt(const char16_t* text, std::uint16_t count, std::uint32_t charSetId,
+        std::uint32_t word, void* userData1, void*)
+    {
+        sinkOf(userData1).emitTextAt(viewOf(text, count), charSetId, word);
+    }
+
+    struct RoutineRow {
+        std::int16_t id;
+        void* routine;
+    };
+
+    /// A routine under its id; the type is that of the interface, so that a wrong signature shows.
+    template <typename Type> RoutineRow row(std::int16_t id, Type routine)
+    {
+        return {id, reinterpret_cast<void*>(routine)};
+    }
+
+} // namespace
+
+void installRoutines(const Module& module, HostSession& session, HtmlFilterContext* context)
+{
+    const RoutineRow rows[] = {
+        row<SOEmitSpecialRoutine>(SO_EMIT_SPECIAL, emitSpecial),
+        row<SOSetFontHeightRoutine>(SO_SET_FONT_HEIGHT, setFontHeight),
+        row<SOEmitBreakRoutine>(SO_EMIT_BREAK, emitBreak),
+        row<SOAnnounceSectionRoutine>(SO_ANNOUNCE_SECTION, announceSection),
+        row<SOAbandonFilterRoutine>(SO_ABANDON_FILTER, abandonFilter),
+        row<SOSelectFontRoutine>(SO_SELECT_FONT, selectFont),
+        row<SOSetLineSpacingRoutine>(SO_SET_LINE_SPACING, setLineSpacing),
+        row<SODefineFontRoutine>(SO_DEFINE_FONT, defineFont),
+        row<SOFinishTableRoutine>(SO_FINISH_TABLE, finishTable),
+        row<SOPlaceGraphicRoutine>(SO_PLACE_GRAPHIC, placeGraphic),
+        row<SOPlaceRuleRoutine>(SO_PLACE_RULE, placeRule),
+        row<SOBeginTaggedRoutine>(SO_BEGIN_TAGGED, beginTagged),
+        row<SOEndTaggedRoutine>(SO_END_TAGGED, endTagged),
+        row<SOStoreStringRoutine>(SO_STORE_STRING, storeString),
+        row<SOSetPageBordersRoutine>(SO_SET_PAGE_BORDERS, setPageBorders),
+        row<SOSetParagraphBorderRoutine>(SO_SET_PARAGRAPH_BORDER, setParagraphBorder),
+        row<SOSetParagraphShadingRoutine>(SO_SET_PARAGRAPH_SHADING, setParagraphShading),
+        row<SOSetTextColorRoutine>(SO_SET_TEXT_COLOR, setTextColor),
+        row<SOSetBackColorRoutine>(SO_SET_BACK_COLOR, setBackColor),
+        row<SOBeginReferenceRoutine>(SO_BEGIN_REFERENCE, beginReference),
+        row<SOSetExtraPropertyRoutine>(SO_SET_EXTRA_PROPERTY, setExtraProperty),
+        row<SOAttachReferenceRoutine>(SO_ATTACH_REFERENCE, attachReference),
+        row<SODefineTableRoutine>(SO_DEFINE_TABLE, defineTable),
+        row<SODefineTableCellRoutine>(SO_DEFINE_TABLE_CELL, defineTableCell),
+        row<SODefineTableRowRoutine>(SO_DEFINE_TABLE_ROW, defineTableRow),
+        row<SOEmitTextRoutine>(SO_EMIT_TEXT, emitText),
+        row<SOReserveCharsRoutine>(SO_RESERVE_CHARS, reserveChars),
+        row<SOCommitCharsRoutine>(SO_COMMIT_CHARS, commitChars),
+        row<SOMarkSourceTagRoutine>(SO_MARK_SOURCE_TAG, markSourceTag),
+        row<SOSetPropertyRoutine>(SO_SET_PROPERTY, setProperty),
+        row<SOAnnounceFeaturesRoutine>(SO_ANNOUNCE_FEATURES, announceFeatures),
+        row<SOAddReferencePartRoutine>(SO_ADD_REFERENCE_PART, addReferencePart),
+        row<SOEndReferenceRoutine>(SO_END_REFERENCE, endReference),
+        row<SOEmitTextAtRoutine>(SO_EMIT_TEXT_AT, emitTextAt),
+    };
+    static_assert(std::size(rows) == 34);
+    module.entry().setUser(&session, nullptr, context);
+    for (const RoutineRow& each : rows)
+        module.entry().setSoRtn(each.id, each.routine, context);
+}
+
+} // namespace host
