@@ -2,6 +2,7 @@
 
 #include "support/exception.h"
 
+#include <algorithm>
 #include <cxxabi.h>
 
 #include <cstddef>
@@ -95,7 +96,8 @@ int report(UTFailure* failure, std::uint32_t kind, std::uint32_t code, const cha
     if (failure != nullptr) {
         *failure = UTFailure{kind, code, {}};
         if (message != nullptr)
-            std::strncpy(failure->message, message, sizeof failure->message - 1);
+            std::memcpy(failure->message, message,
+                std::min(std::strlen(message), sizeof failure->message - 1));
     }
     return static_cast<int>(kind);
 }

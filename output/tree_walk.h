@@ -1,0 +1,87 @@
+#pragma once
+
+#include "filter/html_filter_context.h"
+
+#include <cstdint>
+#include <memory>
+
+/// The frame of an open element during the walk, newest first on deferredList. It is saved with a
+/// position as bytes; undoList is owned by the frame.
+struct HTML_SOINFO {
+    std::uint32_t reserved0;
+    std::uint32_t handle; ///< value of a link, field, row or cell; -1 in the empty frame
+    std::uint32_t bookmark; ///< value of a bookmark stretch; -1 in the empty frame
+    std::uint16_t savedListDepth; ///< listDepth at a table's start
+    std::uint16_t savedBlockquoteDepth; ///< blockquoteDepth at a table's start
+    std::uint32_t columnIndex; ///< tr: index of the next column
+    std::uint32_t columnCount; ///< tr: columns of this row, with pending spans
+    std::uint32_t element; ///< ZVHTMLElement of the owner
+    std::uint32_t backColor; ///< background in force; -1 none, 0xFFFFFF when no frame is open
+    std::uint32_t fontSizePx; ///< 16 when no frame is open
+    std::int32_t firstIndentPx;
+    std::int32_t leftIndentPx;
+    std::int32_t rightIndentPx;
+    std::uint32_t alignment; ///< 0 not set, 1 left, 2 right, 3 other
+    std::uint32_t reserved52;
+    CssDeclarationList* undoList; ///< owned; null when empty
+    std::uint64_t reserved64;
+};
+static_assert(sizeof(HTML_SOINFO) == 72);
+
+/// Deletes a frame with its undo list; null is fine.
+void freeFrame(HTML_SOINFO* frame);
+
+struct FrameDeleter {
+    void operator()(HTML_SOINFO* frame) const { freeFrame(frame); }
+};
+/// A frame that is not on deferredList yet.
+using FramePointer = std::unique_ptr<HTML_SOINFO, FrameDeleter>;
+
+/// The frame of the innermost open element; null when none is open.
+inline HTML_SOINFO* newestFrame(const HtmlFilterContext& context)
+{
+    return context.deferredList.isEmpty() ? nullptr : context.deferredList.head->value;
+}
+
+/// What a frame starts from when none is open.
+HTML_SOINFO emptyFrame();
+
+/// A new frame: a copy of the newest one, or the empty one, with no undo list. Null, with
+/// STATUS_OUT_OF_MEMORY set, when there is no memory.
+FramePointer makeFrame(HtmlFilterContext& context);
+
+/// Completes the frame of an element that is being entered (its background, indents and owner) and
+/// puts it on deferredList.
+void pushFrame(FramePointer frame, HtmlTreeNode& node, HtmlFilterContext& context);
+
+/// Takes the newest frame off deferredList and deletes it.
+void popFrame(HtmlFilterContext& context);
+
+/// Counts the open frames anew, after deferredList and walkNode were set by other means than a
+/// walk.
+void reindexOpenFrames(HtmlFilterContext& context);
+
+/// Walks the tree from start (null: the root) and tells the host. Answers the node at which the
+/// slice ended; the root means that the tree is done.
+HtmlTreeNode* walkTree(HtmlTreeNode* root, HtmlTreeNode* start, HtmlFilterContext& context);
+
+/// The entry dispatcher. Answers 1 when the node's children are not to be visited.
+std::uint32_t enterElement(HtmlTreeNode& node, HtmlFilterContext& context);
+
+/// The exit dispatcher; answers 0. The newest frame is the node's.
+std::uint32_t leaveElement(HtmlTreeNode& node, HtmlFilterContext& context);
+
+/// Ends the paragraph: clears its state, sends the break, notes the host's wish to stop.
+void endParagraph(HtmlFilterContext& context);
+
+/// Whether content or an owed break has opened the paragraph.
+inline bool isParagraphOpen(const HtmlFilterContext& context)
+{
+    return (context.paragraphFlags & PARAGRAPH_OPEN) != 0;
+}
+
+/// Sends a break of kind 1 and notes the host's wish to stop; the paragraph's state stays.
+void emitParagraphBreak(HtmlFilterContext& context);
+
+/// Frees all frames with their undo lists.
+void clearDeferredList(HtmlFilterContext& context);

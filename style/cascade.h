@@ -1,0 +1,55 @@
+#pragma once
+
+#include "filter/html_filter_context.h"
+#include "support/css_names.h"
+
+#include <cstdint>
+
+class CssDeclaration;
+class StyleSheet;
+
+/// State of style at an open element of the tree under construction. Lengths in pixels.
+struct BuildFrame {
+    std::uint32_t fontSize; ///< the base for em and ex of the children
+    std::int32_t firstLineIndent;
+    std::int32_t leftIndent;
+    std::int32_t rightIndent;
+};
+
+/// Which of the four running backgrounds an element's background-color belongs to.
+enum class BackgroundGroup { Inline, Body, Table, Block };
+BackgroundGroup backgroundGroupOf(std::uint32_t elementId);
+
+/// The declarations of a new element from all sources, in their order of rank; null when there are
+/// none. The sheet keeps the list. root: of the tree.
+CssDeclarationList* cascade(StyleSheet& sheet, HtmlTreeNode& node, HtmlTreeNode* root);
+
+/// Replaces inherit by what initialStyle holds, and lets direction set an absent text-align.
+void resolveInherit(CssDeclarationList& list, HtmlFilterContext& context);
+
+/// Brings a new element's declarations into force for what follows in the tree; leaveStyle undoes
+/// it.
+void enterStyle(HtmlTreeNode& node, HtmlFilterContext& context);
+
+/// Undoes enterStyle. Nothing happens for a text node or when no frame is open.
+void leaveStyle(HtmlGenericNodeData& payload, HtmlFilterContext& context);
+
+/// Pops and frees all build frames.
+void clearBuildFrames(HtmlFilterContext& context);
+
+/// Whether a child takes a property's value from its parent.
+bool isInherited(ZVCSSProperty property);
+
+/// Fills out with the initial value of a property; false when it has none here. Border colors are
+/// the color of initialStyle when useInitialStyle is 1, else of runningStyle.
+bool getInitialDeclaration(ZVCSSProperty property, CssDeclaration& out,
+    std::uint32_t useInitialStyle, HtmlFilterContext& context);
+
+/// Pixels of a font-size keyword; all ones for larger, smaller and any other.
+std::uint32_t namedFontSize(std::uint32_t value);
+
+/// Replaces a Length of the list by the same in pixels, em and ex against fontSize (pixels).
+void resolveLength(CssDeclarationList& list, ZVCSSProperty property, std::uint32_t fontSize);
+
+/// Fills a list with the values in force at the start of a document, when it is empty.
+void fillDefaultStyle(CssDeclarationList& list, ValueCache& values);

@@ -1,0 +1,59 @@
+#include "style/style_sheet.h"
+
+#include "style/built_in_styles.h"
+#include "style/css_declaration_list.h"
+
+#include <memory>
+
+namespace {
+
+constexpr std::uint32_t kBuckets = 16;
+constexpr std::uint32_t kOverflowSlots = 16;
+
+void keep(CssDeclarationList* list, zorvan::ArrayList<CssDeclarationList*>& lists)
+{
+    std::unique_ptr<CssDeclarationList> guard(list);
+    lists.add(list);
+    guard.release();
+}
+
+void deleteLists(const zorvan::ArrayList<CssDeclarationList*>& lists)
+{
+    for (CssDeclarationList* list : lists)
+        delete list;
+}
+
+} // namespace
+
+StyleSheet::StyleSheet(ValueCache* cache, HtmlFilterContext* context)
+    : values(cache)
+    , filter(context)
+    , defaultDeclarations_(kBuckets, kOverflowSlots)
+{
+}
+
+StyleSheet::~StyleSheet()
+{
+    deleteLists(nodeDeclarations_);
+    deleteLists(savedDeclarations_);
+    defaultDeclarations_.forEach([](ZVHTMLElement, CssDeclarationList* list) { delete list; });
+}
+
+// STAND-IN: the rules of a sheet are not read; that comes with the style sheet parser.
+void StyleSheet::parseStyleSheet(const char16_t*, std::uint32_t) { }
+
+void StyleSheet::keepNodeDeclarations(CssDeclarationList* list) { keep(list, nodeDeclarations_); }
+
+void StyleSheet::keepSavedDeclarations(CssDeclarationList* list) { keep(list, savedDeclarations_); }
+
+CssDeclarationList* StyleSheet::builtInDeclarations(std::uint32_t elementId)
+{
+    if (builtInStyleOf(elementId).empty())
+        return nullptr;
+    const auto element = static_cast<ZVHTMLElement>(elementId);
+    if (CssDeclarationList* const* known = defaultDeclarations_.find(element))
+        return *known;
+    std::unique_ptr<CssDeclarationList> made = makeBuiltInDeclarations(elementId, *values);
+    defaultDeclarations_.put(element, made.get());
+    return made.release();
+}

@@ -1,0 +1,260 @@
+#include "output/tree_walk.h"
+
+#include "tests/output/output_fixture.h"
+
+#include <gtest/gtest.h>
+
+using namespace testing_support;
+
+namespace {
+
+const char16_t* const kMixed = u"<html><head><title>t</title></head><body><h1>x</h1><p>y <b>z</b>"
+                               u"<br></br>w</p><pre>a\nb</pre><ul><li>i</li><li>j<br></br></li>"
+                               u"</ul><blockquote>q</blockquote><style>s</style>end</body></html>";
+
+void declareMixed(OutputContext& document)
+{
+    document.declare(document.find(ELEMENT_H1), PROPERTY_FONT_SIZE, document.em(2));
+    document.declare(document.find(ELEMENT_P), PROPERTY_MARGIN_BOTTOM, document.pixels(16));
+    document.declare(document.find(ELEMENT_B), PROPERTY_FONT_WEIGHT, document.keyword(VALUE_BOLD));
+    document.declare(document.find(ELEMENT_UL), PROPERTY_MARGIN_LEFT, document.pixels(36));
+    document.attribute(document.find(ELEMENT_P), ATTRIBUTE_ID, u"x");
+}
+
+Lines texts(const Lines& lines)
+{
+    Lines found;
+    for (const std::string& line : lines) {
+        if (line.find("SOEmitTextAt") == 0)
+            found.push_back(line);
+    }
+    return found;
+}
+
+} // namespace
+
+TEST(TreeWalk, EmptyTreeIsDoneAtOnce)
+{
+    OutputContext document;
+    EXPECT_TRUE(document.walkSlice());
+    EXPECT_EQ(document.host.callCount, 0U);
+}
+
+TEST(TreeWalk, VisitsInDocumentOrderAndLeavesEachElement)
+{
+    OutputContext document;
+    document.build(u"<b>a<i>b</i>c</b><u>d</u>");
+    for (const ZVHTMLElement id : {ELEMENT_B, ELEMENT_I, ELEMENT_U})
+        document.declare(document.find(id), PROPERTY_FONT_WEIGHT, document.keyword(VALUE_BOLD));
+    const std::string on = "SOSetProperty 8 2 1 0";
+    const std::string off = "SOSetProperty 8 2 0 0";
+    // The inner bold changes nothing, so there is nothing to undo.
+    EXPECT_EQ(document.walkAll(),
+        (Lines{on, textLine("a"), on, textLine("b"), textLine("c"), off, on, textLine("d"), off}));
+    EXPECT_TRUE(document.context.deferredList.isEmpty());
+}
+
+TEST(TreeWalk, StatusStopsBeforeTheFirstStep)
+{
+    OutputContext document;
+    document.build(u"<b>a</b>");
+    document.context.statusFlags = STATUS_OUT_OF_MEMORY;
+    EXPECT_EQ(walkTree(document.tree.root(), nullptr, document.context), nullptr);
+    EXPECT_EQ(walkTree(document.tree.root(), document.find(ELEMENT_B), document.context),
+        document.find(ELEMENT_B));
+    EXPECT_EQ(document.host.callCount, 0U);
+}
+
+TEST(TreeWalk, ChildrenOfStyleAreNeverDelivered)
+{
+    OutputContext document;
+    document.build(u"<p>a</p><style>s<b>t</b></style><p>b</p>");
+    document.context.walkState = WALK_IN_STYLE;
+    EXPECT_EQ(texts(document.walkAll()), (Lines{textLine("a"), textLine("b")}));
+    EXPECT_TRUE(document.context.deferredList.isEmpty());
+}
+
+TEST(TreeWalk, StopsAtAnyBreakGiveTheSameCalls)
+{
+    OutputContext whole;
+    whole.build(kMixed);
+    declareMixed(whole);
+    const Lines expected = whole.walkAll();
+    ASSERT_GT(whole.host.breakCount, 6U);
+
+    for (std::uint32_t every = 1; every <= 4; ++every) {
+        OutputContext document;
+        document.build(kMixed);
+        declareMixed(document);
+        document.host.stopEvery = every;
+        std::uint32_t slices = 1;
+        while (!document.walkSlice()) {
+            EXPECT_EQ(document.context.statusFlags, STATUS_HOST_STOP);
+            ++slices;
+        }
+        EXPECT_EQ(document.host.takeCalls(), expected) << every;
+        EXPECT_GT(slices, 1U);
+        EXPECT_TRUE(document.context.deferredList.isEmpty());
+    }
+}
+
+TEST(TreeWalk, SliceEndsAtTheParagraph)
+{
+    OutputContext document;
+    document.build(u"<p>a</p><p>b</p>");
+    document.host.stopEvery = 1;
+    EXPECT_FALSE(document.walkSlice());
+    // What follows the break in document order is entered before the slice ends.
+    EXPECT_EQ(texts(document.host.calls), Lines{textLine("a")});
+    EXPECT_EQ(document.context.walkNode, document.find(ELEMENT_P, 1));
+    // The climb to the root ends the walk, whatever the host's last answer was.
+    EXPECT_TRUE(document.walkSlice());
+    EXPECT_EQ(document.context.statusFlags, STATUS_HOST_STOP);
+    EXPECT_EQ(texts(document.host.calls), (Lines{textLine("a"), textLine("b")}));
+}
+
+TEST(TreeWalk, HostStopInsideATableIsDropped)
+{
+    OutputContext document;
+    document.build(u"<table><tr><td><p>a</p><p>b</p><table><tr><td><p>c</p></td></tr></table><p>d"
+                   u"</p></td></tr></table><p>e</p><p>f</p>");
+    document.host.stopEvery = 1;
+    // The first stop that is granted is that of a paragraph behind the table.
+    EXPECT_FALSE(document.walkSlice());
+    EXPECT_EQ(texts(document.host.takeCalls()),
+        (Lines{textLine("a"), textLine("b"), textLine("c"), textLine("d"), textLine("e")}));
+    EXPECT_EQ(document.context.internals->openTables, 0U);
+}
+
+TEST(TreeWalk, ResumeEntersTheNodeAgain)
+{
+    OutputContext document;
+    document.build(u"<p>a</p><q>b</q>");
+    HtmlTreeNode* const node = document.find(ELEMENT_Q);
+    document.context.walkNode = node;
+    document.context.walkResume = 1;
+    EXPECT_TRUE(document.walkSlice());
+    EXPECT_EQ(document.host.takeCalls(),
+        (Lines{"SOEmitText \"\\u201c\" 1 347078656", textLine("b"),
+            "SOEmitText \"\\u201d\" 1 347078656"}));
+    EXPECT_EQ(document.context.walkResume, 0U);
+}
+
+TEST(TreeWalk, ResumeWhileClimbingGoesOnBehindTheNode)
+{
+    OutputContext document;
+    document.build(u"<q>a</q><q>b</q>");
+    document.context.walkNode = document.find(ELEMENT_Q);
+    document.context.walkResume = 1;
+    document.context.walkClimbing = 1;
+    EXPECT_TRUE(document.walkSlice());
+    EXPECT_EQ(texts(document.host.takeCalls()), Lines{textLine("b")});
+}
+
+TEST(TreeWalk, ElementsAreLeftOnlyWhenTheNewestFrameIsTheirs)
+{
+    OutputContext document;
+    document.build(u"<q>a</q><q>b</q>");
+    HtmlTreeNode* const node = document.find(ELEMENT_Q);
+    // No frame is open: the climb out of the first one leaves nothing.
+    document.context.walkNode = node->firstChild;
+    EXPECT_TRUE(document.walkSlice());
+    EXPECT_EQ(document.host.takeCalls(),
+        (Lines{"SOEmitText \"\\u201c\" 1 347078656", textLine("b"),
+            "SOEmitText \"\\u201d\" 1 347078656"}));
+}
+
+TEST(TreeWalk, EndsAtTheStopNode)
+{
+    OutputContext document;
+    document.build(u"<div><p>a</p></div><p>b</p>");
+    document.context.walkStopNode = document.find(ELEMENT_P);
+    EXPECT_EQ(walkTree(document.tree.root(), nullptr, document.context), document.find(ELEMENT_P));
+    EXPECT_EQ(document.context.walkClimbing, 1U);
+    EXPECT_EQ(texts(document.host.takeCalls()), Lines{textLine("a")});
+}
+
+TEST(TreeWalk, InnerWalkSeesNothingOfTheParagraphsOutside)
+{
+    OutputContext document;
+    document.build(u"<li><p><caption>a<br></br>b</caption></p></li>");
+    document.declare(document.find(ELEMENT_P), PROPERTY_MARGIN_BOTTOM, document.pixels(3));
+    HtmlTreeNode* const caption = document.find(ELEMENT_CAPTION);
+    enterElement(*document.find(ELEMENT_LI), document.context);
+    enterElement(*document.find(ELEMENT_P), document.context);
+    document.host.takeCalls();
+    EXPECT_EQ(walkTree(caption, nullptr, document.context), caption);
+    EXPECT_EQ(document.host.takeCalls(),
+        (Lines{textLine("a"), kParagraphLine, "SOSetProperty 98 1 0 0", "SOSetProperty 99 1 0 0",
+            textLine("b")}));
+    // Outside, both are still known.
+    EXPECT_EQ(document.context.internals->openParagraphs.last(), document.find(ELEMENT_P));
+    EXPECT_EQ(document.context.internals->openListItems.last(), document.find(ELEMENT_LI));
+}
+
+TEST(TreeWalk, ReindexFindsWhatTheWalkKnew)
+{
+    OutputContext document;
+    document.build(
+        u"<table><li><pre><p><li><p><xmp><b>x</b></xmp></p></li></p></pre></li></table>");
+    for (HtmlTreeNode* node = document.find(ELEMENT_TABLE); node->data->elementId != ELEMENT_NONE;
+         node = node->firstChild) {
+        enterElement(*node, document.context);
+        document.context.walkNode = node;
+    }
+    HtmlFilterInternals& internals = *document.context.internals;
+    const auto check = [&] {
+        EXPECT_EQ(internals.openTables, 1U);
+        EXPECT_EQ(internals.openPreformatted, 2U);
+        ASSERT_EQ(internals.openParagraphs.getCount(), 2);
+        EXPECT_EQ(internals.openParagraphs.get(0), document.find(ELEMENT_P));
+        EXPECT_EQ(internals.openParagraphs.get(1), document.find(ELEMENT_P, 1));
+        ASSERT_EQ(internals.openListItems.getCount(), 2);
+        EXPECT_EQ(internals.openListItems.get(0), document.find(ELEMENT_LI));
+        EXPECT_EQ(internals.openListItems.get(1), document.find(ELEMENT_LI, 1));
+    };
+    check();
+    internals.openTables = 9;
+    internals.openPreformatted = 9;
+    internals.openParagraphs.clear();
+    internals.openListItems.clear();
+    reindexOpenFrames(document.context);
+    check();
+    clearDeferredList(document.context);
+    EXPECT_EQ(internals.openTables, 0U);
+    EXPECT_EQ(internals.openPreformatted, 0U);
+    EXPECT_EQ(internals.openParagraphs.getCount(), 0);
+}
+
+TEST(TreeWalk, HostThatGivesUpAtAnyCallLeaksNothing)
+{
+    std::uint32_t calls = 1;
+    for (std::uint32_t at = 1; at <= calls; ++at) {
+        OutputContext document;
+        document.build(kMixed);
+        declareMixed(document);
+        document.host.throwAt = at;
+        bool gaveUp = false;
+        try {
+            document.walkAll();
+        } catch (const HostGaveUp&) {
+            gaveUp = true;
+        }
+        ASSERT_EQ(document.host.callCount == at, gaveUp);
+        calls = std::max(calls, document.host.callCount + (gaveUp ? 1U : 0U));
+        if (!gaveUp)
+            break;
+    }
+    EXPECT_GT(calls, 40U);
+}
+
+TEST(TreeWalk, DeepDocumentsNeedNoStack)
+{
+    OutputContext document;
+    HtmlTreeNode* parent = document.tree.root();
+    for (int i = 0; i < 100'000; ++i)
+        parent = document.element(parent, i % 2 == 0 ? ELEMENT_DIV : ELEMENT_SPAN);
+    document.text(parent, u"x");
+    EXPECT_EQ(texts(document.walkAll()), Lines{textLine("x")});
+    EXPECT_TRUE(document.context.deferredList.isEmpty());
+}
