@@ -3,11 +3,14 @@
 #include "containers/array_list.h"
 #include "filter/html_filter_context.h"
 #include "scanner/cut_markup.h"
+#include "scanner/token.h"
 #include "support/process_heap.h"
 #include "support/wstring.h"
 
 #include <cstdint>
 #include <memory>
+
+class StyleSpares;
 
 /// A fork of the search tree over the names in fontNames, which style/font_names.h makes and reads:
 /// the first bit in which the names on its two sides differ.
@@ -38,6 +41,10 @@ struct HtmlFilterInternals {
     bool byteOrderFromInput = false;
     /// Units of pendingChars that the scanner has already delivered.
     std::int32_t pendingCharsTaken = 0;
+    /// A token that is to be processed again, which a failure has kept from it: the next one that
+    /// the tree builder takes.
+    Token retryToken = {};
+    bool hasRetryToken = false;
     /// Open frames of the walk by kind of element: what "is a pre open" asks.
     std::uint32_t openPreformatted = 0; ///< pre, listing and xmp frames
     std::uint32_t openTables = 0; ///< table frames
@@ -54,4 +61,6 @@ struct HtmlFilterInternals {
     std::unique_ptr<char16_t, HeapBlockDeleter> attributeBuffer;
     /// Where a font's name is found without a walk through fontNames.
     FontTree fontTree;
+    /// What style keeps for the next element; made and deleted where it is known.
+    std::unique_ptr<StyleSpares, void (*)(StyleSpares*)> styleSpares{nullptr, nullptr};
 };

@@ -27,6 +27,7 @@ constexpr std::int32_t kTreeStateGrowth = 32;
 constexpr std::uint32_t kFormattingCapacity = 128;
 constexpr std::size_t kOptionHandleOffset = 24;
 constexpr std::uint32_t kFlattenTablesBit = 1;
+constexpr std::uint32_t kDefaultStyleCount = 37;
 
 void createTexts(HtmlFilterContext& context)
 {
@@ -48,6 +49,19 @@ void readOpenRecord(OpenRecord& record, HtmlFilterContext& context)
     std::memcpy(record.typeName, name, std::strlen(name) + 1);
 }
 
+/// Fills a list with the default style. One that there is no memory to fill goes again, so that no
+/// document is read with half a style.
+void fillStyle(CssDeclarationList*& list, ValueCache& values)
+{
+    if (list == nullptr)
+        return;
+    fillDefaultStyle(*list, values);
+    if (list->getCount() == kDefaultStyleCount)
+        return;
+    delete list;
+    list = nullptr;
+}
+
 void createDefaultStyle(HtmlFilterContext& context)
 {
     ValueCache* const values = context.valueCache;
@@ -60,10 +74,8 @@ void createDefaultStyle(HtmlFilterContext& context)
              &context.buildInlineBackground, &context.buildTableBackground, &context.bodyBackground,
              &context.blockBackground, &context.inlineBackground, &context.tableBackground})
         *background = transparent;
-    for (CssDeclarationList* list : {context.initialStyle, context.runningStyle}) {
-        if (list != nullptr)
-            fillDefaultStyle(*list, *values);
-    }
+    fillStyle(context.initialStyle, *values);
+    fillStyle(context.runningStyle, *values);
 }
 
 void readDocumentOptions(const OpenRecord& record, HtmlFilterContext& context)
@@ -81,8 +93,8 @@ void readDocumentOptions(const OpenRecord& record, HtmlFilterContext& context)
 
 } // namespace
 
-// An object that there is no memory for leaves its field null, and nothing is reported: the section
-// start that needs it is where that ends.
+// An object that there is no memory for leaves its field null, and the section start that needs it
+// ends with std::bad_alloc; so does this call at once when it is the storage of a container.
 std::uint16_t VwStreamOpen(StreamBlock* stream, std::uint16_t fileId, void*, OpenRecord* openRecord,
     HtmlFilterContext* context)
 {

@@ -74,8 +74,11 @@ void chooseCharSet(HtmlFilterContext& context)
         context.unicodeBomMode = 0;
     context.bomSeen = 0;
     const std::uint16_t modeBefore = context.unicodeBomMode;
+    context.unicodeBomMode = 0;
     chooseDefaultCharSet(context);
-    internals.byteOrderFromInput = context.unicodeBomMode != modeBefore;
+    internals.byteOrderFromInput = context.unicodeBomMode != 0;
+    if (!internals.byteOrderFromInput)
+        context.unicodeBomMode = modeBefore;
     resetOutputState(context);
     if (isByteOrderRequest(context.requestedCharSetId))
         internals.byteOrderFromInput = false;
@@ -97,6 +100,7 @@ void resetTreeConstruction(HtmlFilterContext& context)
     context.pendingTableChars->clear();
     context.pendingChars->clear();
     context.internals->pendingCharsTaken = 0;
+    context.internals->hasRetryToken = false;
     context.internals->cutMarkup = {}; // another section may read other bytes at the same places
     context.tableTextAllSpace = 0;
     context.rawTextMode = RAW_TEXT_NONE;
@@ -121,7 +125,8 @@ bool isOpenComplete(const HtmlFilterContext& context)
         && context.pendingText != nullptr && context.pendingTableChars != nullptr
         && context.pendingChars != nullptr && context.fontNames != nullptr
         && context.activeFormatting != nullptr && context.initialStyle != nullptr
-        && context.runningStyle != nullptr && context.stream != nullptr;
+        && context.runningStyle != nullptr && context.tableBackground != nullptr
+        && context.stream != nullptr;
 }
 
 void createTree(HtmlFilterContext& context)

@@ -2,6 +2,7 @@
 
 #include "filter/html_filter_context.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -12,9 +13,11 @@ struct HTML_SOINFO {
     std::uint32_t handle; ///< value of a link, field, row or cell; -1 in the empty frame
     std::uint32_t bookmark; ///< value of a bookmark stretch; -1 in the empty frame
     std::uint16_t savedListDepth; ///< listDepth at a table's start
-    std::uint16_t savedBlockquoteDepth; ///< blockquoteDepth at a table's start
+    std::uint16_t reserved14;
     std::uint32_t columnIndex; ///< tr: index of the next column
     std::uint32_t columnCount; ///< tr: columns of this row, with pending spans
+    std::uint16_t savedBlockquoteDepth; ///< blockquoteDepth at a table's start
+    std::uint16_t reserved26;
     std::uint32_t element; ///< ZVHTMLElement of the owner
     std::uint32_t backColor; ///< background in force; -1 none, 0xFFFFFF when no frame is open
     std::uint32_t fontSizePx; ///< 16 when no frame is open
@@ -22,11 +25,11 @@ struct HTML_SOINFO {
     std::int32_t leftIndentPx;
     std::int32_t rightIndentPx;
     std::uint32_t alignment; ///< 0 not set, 1 left, 2 right, 3 other
-    std::uint32_t reserved52;
+    std::uint64_t reserved56;
     CssDeclarationList* undoList; ///< owned; null when empty
-    std::uint64_t reserved64;
 };
 static_assert(sizeof(HTML_SOINFO) == 72);
+static_assert(offsetof(HTML_SOINFO, undoList) == 64);
 
 /// Deletes a frame with its undo list; null is fine.
 void freeFrame(HTML_SOINFO* frame);

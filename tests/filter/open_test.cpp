@@ -160,9 +160,13 @@ TEST(Open, AnOwnerWithoutTheOptionOrNoOwnerLeavesTables)
 // the failure is told at the latest when the section needs the object.
 TEST(Open, AnyFailedAllocationEndsInOrder)
 {
+    const char* content = "<h1>x</h1><div>a<b>b</b>c<i>d</i><u>e</u><center>f</center>g</div>";
+    DocumentRun plain(content);
+    plain.run();
+    const std::vector<std::string> expected = plain.host->calls;
     std::uint32_t failures = 0;
     for (std::uint32_t n = 1; n < 500; ++n) {
-        DocumentRun run("<p>x");
+        DocumentRun run(content);
         zorvan::failNthAllocation(n);
         bool threw = false;
         try {
@@ -176,6 +180,13 @@ TEST(Open, AnyFailedAllocationEndsInOrder)
         if (!reached)
             break;
         failures += threw ? 1 : 0;
+        if (threw)
+            continue;
+        // What goes on goes on whole: nothing of the defaults is missing.
+        EXPECT_EQ(run.context->initialStyle->getCount(), 37u) << n;
+        EXPECT_EQ(run.context->runningStyle->getCount(), 37u) << n;
+        run.readToEnd();
+        EXPECT_EQ(run.host->calls, expected) << n;
     }
     EXPECT_GT(failures, 10u);
 }
