@@ -27,9 +27,11 @@ char16_t* AttributeBuffer(HtmlFilterContext& context)
 }
 
 /// The value of an attribute of the tag just scanned, good until the next one is read; null for an
-/// attribute without a value.
+/// attribute without a value and when something has failed.
 const char16_t* ReadAttribute(ZVHTMLAttribute id, HtmlFilterContext& context)
 {
+    if (context.tagAttributeCount == 0)
+        return nullptr;
     char16_t* const buffer = AttributeBuffer(context);
     if (buffer == nullptr
         || GetRawAttributeValue(id, buffer, kAttributeValueCapacity, context, nullptr) == 0)
@@ -37,7 +39,7 @@ const char16_t* ReadAttribute(ZVHTMLAttribute id, HtmlFilterContext& context)
     return buffer;
 }
 
-/// Keeps attributes that are texts, empty ones included. ids: ascending.
+/// Keeps attributes that are texts, empty ones included, in the order given.
 void StoreStrings(HtmlTagNodeData& payload, std::initializer_list<ZVHTMLAttribute> ids,
     HtmlFilterContext& context)
 {
@@ -83,6 +85,10 @@ void ApplyCommonAttributes(HtmlTagNodeData& payload, HtmlFilterContext& context)
 void ApplyOwnAttributes(HtmlTagNodeData& payload, HtmlFilterContext& context)
 {
     switch (payload.elementId) {
+    case ELEMENT_BASE:
+        StoreStrings(payload, {ATTRIBUTE_HREF}, context);
+        return;
+
     case ELEMENT_HTML:
         StoreStrings(payload, {ATTRIBUTE_VERSION}, context);
         return;
@@ -108,16 +114,21 @@ void ApplyOwnAttributes(HtmlTagNodeData& payload, HtmlFilterContext& context)
 
 void ApplyElementAttributes(HtmlGenericNodeData* payload, HtmlFilterContext& context)
 {
-    // Most tags have none, and nothing that is kept so far comes without one.
-    if (context.tagAttributeCount == 0)
-        return;
     auto& element = static_cast<HtmlTagNodeData&>(*payload);
-    ApplyCommonAttributes(element, context);
+    // Most tags have none. An element's own rules may declare something all the same.
+    if (context.tagAttributeCount != 0)
+        ApplyCommonAttributes(element, context);
     ApplyOwnAttributes(element, context);
 }
 
 int GetRawAttributeValue(std::uint32_t attributeId, char16_t* buffer, std::uint32_t limit,
     HtmlFilterContext& context, void* /*reserved*/)
 {
+    // The scanner reads nothing once a bit is set, which is no empty value.
+    if (context.statusFlags != 0) {
+        if (limit != 0)
+            buffer[0] = 0;
+        return 0;
+    }
     return readAttributeValue(attributeId, buffer, limit, context) != 0 ? 1 : 0;
 }

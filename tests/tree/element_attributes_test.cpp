@@ -47,6 +47,7 @@ const AttributeRow kRows[] = {
     {"meta", "<meta charset=a content=b http-equiv=c name=d scheme=e href=f>",
         "meta charset=\"a\" content=\"b\" http-equiv=\"c\" name=\"d\" scheme=\"e\""},
     {"meta's own and common ones", "<meta title=t content=b>", "meta content=\"b\" title=\"t\""},
+    {"base", "<base href=a name=b target=c>", "base href=\"a\""},
     {"link", "<link rel=a name=b href=c content=d>", "link href=\"c\" name=\"b\" rel=\"a\""},
     {"a quoted href keeps its references", "<link href='a&amp;b'>", "link href=\"a&amp;b\""},
     {"an unquoted href does not", "<link href=a&amp;b>", "link href=\"a&b\""},
