@@ -39,16 +39,23 @@ class HashMap : public virtual Object, public virtual AbstractObject {
 
 public:
     /// A place in the order of iteration: primary slots in ascending order, behind each one its
-    /// chain from head to end. Any put or remove makes it void. It allocates nothing.
+    /// chain from head to end. Any put, remove, clear, copyExactly or swapEntries
+    /// makes it void. It allocates nothing.
     class Cursor {
     public:
         bool isAtEnd() const { return slot == nullptr; }
         K key() const { return slot->key; }
         /// The value in its place, which may be changed without moving anything.
         V& value() const { return slot->value; }
+        bool isLastOfChain() const { return slot->next() == kEndOfChain; }
 
         void advance()
         {
+            // The slots behind the last key needn't be looked at.
+            if (--remaining == 0) {
+                slot = nullptr;
+                return;
+            }
             const std::uint32_t next = slot->next();
             if (next != kEndOfChain) {
                 slot = map->overflow + next;
@@ -65,21 +72,24 @@ public:
             : map(&walked.store)
             , slot(nullptr)
             , bucket(0)
+            , remaining(walked.store.count)
         {
-            if (walked.store.count != 0)
+            if (remaining != 0)
                 findUsedBucket();
         }
 
+        /// Goes to the next bucket in use, which must be there.
         void findUsedBucket()
         {
-            while (bucket < map->capacity && !map->table[bucket].isUsed())
+            while (!map->table[bucket].isUsed())
                 ++bucket;
-            slot = bucket < map->capacity ? map->table + bucket : nullptr;
+            slot = map->table + bucket;
         }
 
         const Store* map;
         Slot* slot; // null at the end
         std::uint32_t bucket;
+        std::uint32_t remaining; // keys from this one on
     };
 
     /// bucketHint: the number of primary slots wished for, made a power of two from 16 to 65,536;
@@ -109,6 +119,16 @@ public:
     {
         const Slot* slot = findSlot(key);
         return slot != nullptr ? &slot->value : nullptr;
+    }
+
+    /// The same, with the answer of isLastOfChain for a key that is there.
+    V* find(K key, bool& isLast)
+    {
+        Slot* slot = findSlot(key);
+        if (slot == nullptr)
+            return nullptr;
+        isLast = slot->next() == kEndOfChain;
+        return &slot->value;
     }
 
     /// The value of a key, which must be there.
@@ -213,7 +233,7 @@ public:
         store.swap(copy);
     }
 
-    /// Exchanges all that both maps hold; cursors go with the entries.
+    /// Exchanges all that both maps hold. A cursor of either map must not be used any more.
     void swapEntries(HashMap& other) { store.swap(other.store); }
 
     /// The number of primary slots and of overflow slots, and the overflow slot last taken, all
@@ -312,12 +332,13 @@ private:
 
         void clear()
         {
-            count = 0;
+            const bool isOverflowUsed = freeHint != kNoHint;
             freeHint = kNoHint;
-            if (table == nullptr)
-                return;
-            freeSlots(table, 0, capacity);
-            freeSlots(overflow, 0, overflowCapacity);
+            if (isOverflowUsed)
+                freeSlots(overflow, 0, overflowCapacity);
+            if (count != 0)
+                freeSlots(table, 0, capacity);
+            count = 0;
         }
 
         /// The slot of a key in a bucket; null when the key is absent. The arrays must be there.

@@ -48,7 +48,8 @@ public:
     /// Makes the range hold index. Entries keep their indexes.
     void ensureIndex(std::int32_t index)
     {
-        // The last slot of the range counts as outside, so there is always one to spare behind it.
+        // The last slot of the range counts as outside, so an index there moves the range as one
+        // behind it would. It may be the last slot again afterwards.
         if (capacity != 0 && index >= firstIndex && index < lastIndex)
             return;
         moveTo(rangeFor(index));
@@ -129,10 +130,10 @@ private:
 
     void shiftItems(Range range, std::int64_t from, std::int64_t kept)
     {
-        T** const target = items + (from - range.first);
+        // When nothing is kept, from lies outside one of the two ranges or both.
+        const std::int64_t before = kept > 0 ? from - range.first : 0;
         if (kept > 0)
-            std::memmove(target, items + (from - firstIndex), bytesOf(kept));
-        const std::int64_t before = kept > 0 ? target - items : 0;
+            std::memmove(items + before, items + (from - firstIndex), bytesOf(kept));
         std::fill(items, items + before, nullptr);
         std::fill(items + before + kept, items + capacity, nullptr);
     }

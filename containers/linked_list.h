@@ -48,6 +48,21 @@ public:
     /// Takes the head out and returns its value; the value of an empty list is all zero.
     T pop() { return head != nullptr ? remove(head) : T(); }
 
+    /// Moves the head, which must be there, to the head of another list. Nothing is allocated.
+    void moveHeadTo(LinkedList& other)
+    {
+        if (other.count == kMaximumElements)
+            throwOutOfStorage();
+        Link* link = head;
+        head = link->next;
+        (head != nullptr ? head->prev : tail) = nullptr;
+        --count;
+        link->next = other.head;
+        (other.head != nullptr ? other.head->prev : other.tail) = link;
+        other.head = link;
+        ++other.count;
+    }
+
     /// Takes a link of this list out and returns its value.
     T remove(Link* link)
     {

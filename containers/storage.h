@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <new>
 
 namespace zorvan {
 
@@ -28,6 +29,15 @@ template <typename T> StoragePointer<T> allocateElements(std::int64_t count)
     if (count > kMaximumElements)
         throwOutOfStorage();
     void* storage = allocateStorage(static_cast<std::size_t>(count) * sizeof(T));
+    return StoragePointer<T>(static_cast<T*>(storage));
+}
+
+/// The same; null when there is no memory.
+template <typename T> StoragePointer<T> tryAllocateElements(std::int64_t count)
+{
+    if (count > kMaximumElements || !countAllocation())
+        return nullptr;
+    void* storage = ::operator new(static_cast<std::size_t>(count) * sizeof(T), std::nothrow);
     return StoragePointer<T>(static_cast<T*>(storage));
 }
 

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 
+class FrameSpares;
 class StyleSpares;
 
 /// A fork of the search tree over the names in fontNames, which style/font_names.h makes and reads:
@@ -63,4 +64,6 @@ struct HtmlFilterInternals {
     FontTree fontTree;
     /// What style keeps for the next element; made and deleted where it is known.
     std::unique_ptr<StyleSpares, void (*)(StyleSpares*)> styleSpares{nullptr, nullptr};
+    /// The same of the walk.
+    std::unique_ptr<FrameSpares, void (*)(FrameSpares*)> frameSpares{nullptr, nullptr};
 };

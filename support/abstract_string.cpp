@@ -51,11 +51,9 @@ std::int32_t compareIgnoringCase(
 
 namespace zorvan {
 
-template <class Ch> const Ch AbstractString<Ch>::terminator = 0;
-
 template <class Ch>
 AbstractString<Ch>::AbstractString(const Ch* text, std::int32_t textLength)
-    : data(text == nullptr ? &terminator : text)
+    : data(text == nullptr ? emptyText() : text)
     , length(text == nullptr ? 0 : textLength)
 {
     if (length < 0)
@@ -68,7 +66,7 @@ template <class Ch> const Ch* AbstractString<Ch>::value() const { return data; }
 
 template <class Ch> std::int32_t AbstractString<Ch>::compareStrings(const Ch* a, const Ch* b)
 {
-    return compareTerminated(a == nullptr ? &terminator : a, b == nullptr ? &terminator : b);
+    return compareTerminated(a == nullptr ? emptyText() : a, b == nullptr ? emptyText() : b);
 }
 
 template <class Ch> std::int32_t AbstractString<Ch>::compareTo(const AbstractString& other) const
@@ -125,7 +123,7 @@ AbstractMutableString<Ch>::AbstractMutableString(AbstractMutableString&& other) 
     : AbstractString<Ch>(other)
     , capacity_(other.capacity_)
 {
-    other.data = &AbstractString<Ch>::terminator;
+    other.data = AbstractString<Ch>::emptyText();
     other.length = 0;
     other.capacity_ = 0;
 }
@@ -160,7 +158,7 @@ template <class Ch> void AbstractMutableString<Ch>::releaseStorage()
 {
     if (capacity_ != 0)
         zorvan::releaseStorage(storage());
-    this->data = &AbstractString<Ch>::terminator;
+    this->data = AbstractString<Ch>::emptyText();
     this->length = 0;
     capacity_ = 0;
 }

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace zorvan {
 
@@ -14,7 +15,7 @@ template <class Ch> class ZV_EXPORT AbstractString {
 public:
     /// An empty text.
     AbstractString()
-        : data(&terminator)
+        : data(emptyText())
         , length(0)
     {
     }
@@ -57,8 +58,15 @@ public:
     std::int32_t length;
 
 protected:
-    /// What an empty text points at.
-    static const Ch terminator;
+    /// What an empty text points at. A literal, as a static member of a template would be one
+    /// object for the whole process, which keeps the library loaded for ever.
+    static const Ch* emptyText()
+    {
+        if constexpr (std::is_same_v<Ch, char>)
+            return "";
+        else
+            return u"";
+    }
 };
 
 /// Text that owns its characters and can be changed. Storage grows by doubling and is kept until it

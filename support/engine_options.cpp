@@ -2,9 +2,9 @@
 
 #include "support/exception.h"
 
-#include <algorithm>
 #include <cxxabi.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <exception>

@@ -53,4 +53,9 @@ ZV_EXPORT int UTGuardedCall(void (*call)(void*), void* argument, UTFailure* fail
 
 #ifdef __cplusplus
 }
+
+static_assert(sizeof(UTFailure) == 264, "hosts make the record themselves");
+static_assert(offsetof(UTFailure, kind) == 0 && offsetof(UTFailure, code) == 4
+        && offsetof(UTFailure, message) == 8,
+    "hosts read the record by its offsets");
 #endif

@@ -20,7 +20,7 @@ public:
 class ZV_EXPORT Exception : public Throwable {
 public:
     /// The longest message that is kept, in bytes, the terminator left out.
-    static constexpr std::uint32_t kMessageCapacity = 255;
+    enum : std::uint32_t { kMessageCapacity = 255 };
 
     /// message: null for none; its text is copied into the object, so that it can be read after the
     /// filter has been unloaded. cause and sourceName are kept as pointers, null for none, and are

@@ -82,9 +82,10 @@ float Length::getValueAsUnits(ZVLinearUnits target, std::int32_t dotsPerInch) co
     if (target == units)
         return value;
     const double perInch = unitsPerInch(units, dotsPerInch);
-    if (perInch <= 0)
+    const double targetPerInch = unitsPerInch(target, dotsPerInch);
+    if (perInch <= 0 || targetPerInch <= 0)
         return 0;
-    return roundToFloat(value * unitsPerInch(target, dotsPerInch) / perInch);
+    return roundToFloat(value * targetPerInch / perInch);
 }
 
 } // namespace zorvan

@@ -49,7 +49,8 @@ public:
     }
 
     /// The length in another unit. dotsPerInch says how large a pixel is. em, ex and percent hang
-    /// on what they are used for: from and to them the result is 0, unless the units are the same.
+    /// on what they are used for: from and to them the result is 0, unless the units are the same;
+    /// so it is for pixels when dotsPerInch is not above 0.
     float getValueAsUnits(ZVLinearUnits target, std::int32_t dotsPerInch) const;
 
     float value = 0;

@@ -3,13 +3,28 @@
 #include <sys/mman.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cstdlib>
 #include <limits>
 #include <new>
 
+#if defined(__SANITIZE_ADDRESS__)
+#define HEAP_IS_WATCHED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define HEAP_IS_WATCHED 1
+#endif
+#endif
+
 namespace {
 
+// The address sanitizer watches the edges of the allocator's blocks, not those of mappings, and
+// large blocks are the ones that overruns happen in: there, none is mapped.
+#ifdef HEAP_IS_WATCHED
+constexpr std::size_t kMappedFrom = std::numeric_limits<std::size_t>::max();
+#else
 constexpr std::size_t kMappedFrom = 256 * 1024;
+#endif
 
 /// Stands in front of every heap block and keeps it aligned to 16.
 struct alignas(16) BlockHeader {
@@ -59,8 +74,10 @@ void* GetProcessHeap()
 
 void* HeapAlloc(void*, std::uint32_t flags, std::size_t size)
 {
-    if (!zorvan::countAllocation() || size > std::numeric_limits<std::size_t>::max() / 2)
+    if (!zorvan::countAllocation() || size > std::numeric_limits<std::size_t>::max() / 2) {
+        errno = ENOMEM; // as when the system refuses
         return nullptr;
+    }
     BlockHeader* header = allocateBlock(flags, size + sizeof(BlockHeader));
     if (header == nullptr)
         return nullptr;
@@ -73,10 +90,11 @@ int HeapFree(void*, std::uint32_t, void* block)
     if (block == nullptr)
         return 1;
     BlockHeader* header = static_cast<BlockHeader*>(block) - 1;
+    if (header->mappedSize == 0)
+        std::free(header);
+    else if (munmap(header, header->mappedSize) != 0)
+        return 0;
     liveBlocks.fetch_sub(1, std::memory_order_relaxed);
-    if (header->mappedSize != 0)
-        return munmap(header, header->mappedSize) == 0 ? 1 : 0;
-    std::free(header);
     return 1;
 }
 

@@ -3,7 +3,6 @@
 #include "support/text_search.h"
 #include "support/zv_string.h"
 
-#include <charconv>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -140,9 +139,14 @@ std::int32_t WString::swstrcmp(const char* a, const char16_t* b) { return compar
 WString WString::valueOf(std::uint32_t number)
 {
     char digits[std::numeric_limits<std::uint32_t>::digits10 + 1];
-    const auto result = std::to_chars(digits, digits + sizeof digits, number);
+    char* const end = digits + sizeof digits;
+    char* first = end;
+    do {
+        *--first = static_cast<char>('0' + number % 10);
+        number /= 10;
+    } while (number != 0);
     WString text;
-    text.appendBytes(digits, static_cast<std::int32_t>(result.ptr - digits));
+    text.appendBytes(first, static_cast<std::int32_t>(end - first));
     return text;
 }
 

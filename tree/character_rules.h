@@ -7,7 +7,8 @@
 
 // What becomes of the characters of content. Text is most of a document, so there are two roads to
 // the same place: one character token at a time, which every mode knows, and whole runs straight
-// from the scanner, in the modes in which a character does no more than join the pending text.
+// from the scanner, in the text of an element, where a character only joins the pending text, and
+// in the body, where formatting is opened again first and framesetOk may fall.
 
 /// White space of content.
 constexpr bool IsSpaceCharacter(std::uint32_t character)

@@ -30,6 +30,32 @@ void LeaveTextMode(HtmlFilterContext& context)
         ParseStyleElement(*closed, context);
 }
 
+/// Elements in whose content markup is text.
+bool IsRawTextElement(std::uint32_t elementId)
+{
+    switch (elementId) {
+    case ELEMENT_NOEMBED:
+    case ELEMENT_NOFRAMES:
+    case ELEMENT_NOSCRIPT:
+    case ELEMENT_STYLE:
+    case ELEMENT_XMP:
+        return true;
+
+    default:
+        return false;
+    }
+}
+
+/// Whether an end tag in text mode is that of an element outside, which has ended raw text because
+/// it opens a line. It then has its effect on that element.
+bool IsEndTagFromOutside(const Token& token, HtmlFilterContext& context)
+{
+    if (context.lenientRawText != 1 || context.rawTextMode != RAW_TEXT_NONE)
+        return false;
+    const std::uint32_t elementId = CurrentElementId(context);
+    return token.element != elementId && IsRawTextElement(elementId);
+}
+
 int RetryInBody(HtmlFilterContext& context)
 {
     FlagParseError(context);
@@ -133,15 +159,19 @@ int HandleTextInsertion(const Token* token, HtmlFilterContext& context)
         AppendPendingChar(token, context);
         return ANSWER_USED;
 
-    case TokenKind::EndTag:
+    case TokenKind::EndTag: {
         // QUIRK(DocumentModes.AnyEndTagClosesTheTitle): it need not be the element's own.
+        const int answer = IsEndTagFromOutside(*token, context) ? ANSWER_AGAIN : ANSWER_USED;
         LeaveTextMode(context);
-        return ANSWER_USED;
+        return answer;
+    }
 
     case TokenKind::Null:
     case TokenKind::StartTag:
         break;
     }
+    // QUIRK(DocumentModes.TextareaLeavesItsRawTextModeBehind): its mode outlasts it, up to the next
+    // raw text, and a lenient title keeps tags out for that long.
     if (context.lenientRawText != 1 || context.rawTextMode != RAW_TEXT_NONE)
         return ANSWER_USED;
     LeaveTextMode(context);

@@ -63,16 +63,25 @@ void HtmlTextNodeData::copyFrom(const HtmlGenericNodeData* source, ValueCache*)
 
 void HtmlTextNodeData::setText(const char16_t* units, std::uint32_t unitCount)
 {
+    if (!trySetText(units, unitCount))
+        zorvan::throwOutOfStorage();
+}
+
+bool HtmlTextNodeData::trySetText(const char16_t* units, std::uint32_t unitCount)
+{
     if (units == nullptr)
         unitCount = 0;
     const char16_t* const end = std::char_traits<char16_t>::find(units, unitCount, u'\0');
     const auto kept = end != nullptr ? static_cast<std::uint32_t>(end - units) : unitCount;
-    auto copy = zorvan::allocateElements<char16_t>(std::int64_t{kept} + 1);
+    auto copy = zorvan::tryAllocateElements<char16_t>(std::int64_t{kept} + 1);
+    if (copy == nullptr)
+        return false;
     if (kept != 0)
         std::memcpy(copy.get(), units, kept * sizeof(char16_t));
     copy.get()[kept] = 0;
     zorvan::releaseStorage(std::exchange(text, copy.release()));
     length = kept;
+    return true;
 }
 
 HtmlTagNodeData::HtmlTagNodeData(ZVHTMLElement element)

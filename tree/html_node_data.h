@@ -57,6 +57,9 @@ public:
     /// empty text. Throws std::bad_alloc, the old text unharmed.
     void setText(const char16_t* units, std::uint32_t unitCount);
 
+    /// The same; false when there is no memory.
+    bool trySetText(const char16_t* units, std::uint32_t unitCount);
+
     char16_t* text = nullptr; // owned, zero-terminated; null until a text is set
     std::uint32_t length = 0; // units, the terminator left out
 };

@@ -9,29 +9,26 @@
 
 namespace {
 
-constexpr std::uint32_t kBuckets = 128;
-constexpr std::uint32_t kOverflowSlots = 128;
-
 template <typename Number> int compareNumbers(Number a, Number b)
 {
     return a < b ? -1 : (b < a ? 1 : 0);
 }
 
-/// The one value for a key: the one in the map, or a new one.
+/// The one value for a key: the one that is known, or a new one.
 template <typename Value, typename... Arguments>
-Value* intern(
-    zorvan::HashMap<std::uint32_t, Value*>& map, std::uint32_t key, Arguments... arguments)
+Value* intern(ValueIndex<Value>& index, std::uint32_t key, Arguments... arguments)
 {
-    if (Value* const* known = map.find(key))
-        return *known;
-    std::unique_ptr<Value> made(zorvan::newObject<Value>(arguments...));
-    map.put(key, made.get());
-    return made.release();
+    bool isNew = false;
+    Value*& place = index.findOrAdd(key, isNew);
+    // A null that stands for a failed object is an answer like any other.
+    if (isNew)
+        place = zorvan::newObject<Value>(arguments...);
+    return place;
 }
 
-template <typename Value> void deleteValues(const zorvan::HashMap<std::uint32_t, Value*>& map)
+template <typename Value> void deleteValues(const ValueIndex<Value>& index)
 {
-    map.forEach([](std::uint32_t, Value* value) { delete value; });
+    index.forEach([](const Value* value) { delete value; });
 }
 
 /// A block of the heap, freed unless it finds an owner.
@@ -80,30 +77,14 @@ int compareValues(const HtmlValue& a, const HtmlValue& b)
     case KIND_ENUM:
         return compareNumbers(static_cast<const HtmlEnumValue&>(a).enumerator,
             static_cast<const HtmlEnumValue&>(b).enumerator);
-    case KIND_LENGTH: {
-        const zorvan::Length& first = static_cast<const HtmlLengthValue&>(a).length;
-        const zorvan::Length& second = static_cast<const HtmlLengthValue&>(b).length;
-        const int order = compareNumbers(first.value, second.value);
-        return order != 0 ? order : compareNumbers<std::uint32_t>(first.units, second.units);
-    }
+    case KIND_LENGTH:
+        return compareNumbers(static_cast<const HtmlLengthValue&>(a).length.value,
+            static_cast<const HtmlLengthValue&>(b).length.value);
     case KIND_NONE:
     case KIND_STRING:
         break;
     }
     return 0;
-}
-
-ValueCache::ValueCache()
-    : keywords(kBuckets, kOverflowSlots)
-    , numbers(kBuckets, kOverflowSlots)
-    , enumerators(kBuckets, kOverflowSlots)
-    , colors(kBuckets, kOverflowSlots)
-    , percents(kBuckets, kOverflowSlots)
-    , ems(kBuckets, kOverflowSlots)
-    , exes(kBuckets, kOverflowSlots)
-    , pixels(kBuckets, kOverflowSlots)
-    , points(kBuckets, kOverflowSlots)
-{
 }
 
 ValueCache::~ValueCache()
@@ -132,8 +113,8 @@ HtmlEnumValue* ValueCache::enumValue(std::uint32_t value)
 
 HtmlLengthValue* ValueCache::lengthValue(float value, ZVLinearUnits units)
 {
-    if (Interned<HtmlLengthValue>* map = lengthsIn(units))
-        return intern(*map, std::bit_cast<std::uint32_t>(value), value, units);
+    if (ValueIndex<HtmlLengthValue>* index = lengthsIn(units))
+        return intern(*index, std::bit_cast<std::uint32_t>(value), value, units);
     std::unique_ptr<HtmlLengthValue> made(zorvan::newObject<HtmlLengthValue>(value, units));
     values.add(made.get());
     return made.release();
@@ -178,7 +159,7 @@ HtmlWStringValue* ValueCache::stringValue(std::unique_ptr<zorvan::WString> text)
     return stringValue(text->data, static_cast<std::uint32_t>(text->length));
 }
 
-ValueCache::Interned<HtmlLengthValue>* ValueCache::lengthsIn(ZVLinearUnits units)
+ValueIndex<HtmlLengthValue>* ValueCache::lengthsIn(ZVLinearUnits units)
 {
     switch (units) {
     case UNITS_EM:

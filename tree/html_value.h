@@ -1,10 +1,10 @@
 #pragma once
 
 #include "containers/array_list.h"
-#include "containers/hash_map.h"
 #include "support/css_names.h"
 #include "support/length.h"
 #include "support/wstring.h"
+#include "tree/value_index.h"
 
 #include <cstdint>
 #include <memory>
@@ -150,16 +150,16 @@ public:
     const zorvan::Length length;
 };
 
-/// Puts values in order: by kind, then by number, a length by its number and then by its unit.
-/// Strings are all alike. Negative when a comes first, 0 when neither does.
+/// Puts values in order: by kind, then by number, whatever the unit of a length. Strings are all
+/// alike. Negative when a comes first, 0 when neither does.
 int compareValues(const HtmlValue& a, const HtmlValue& b);
 
 /// Makes the values of a document and owns them. Equal values of all kinds but strings are one
 /// object. Where there is no memory for an object the answer is null, and stays null for an
-/// interned value; where there is none for the maps, std::bad_alloc is thrown.
+/// interned value; where there is none for the indexes, std::bad_alloc is thrown.
 class ValueCache {
 public:
-    ValueCache();
+    ValueCache() = default;
     ValueCache(const ValueCache&) = delete;
     ValueCache& operator=(const ValueCache&) = delete;
 
@@ -185,18 +185,16 @@ public:
     HtmlWStringValue* stringValue(std::unique_ptr<zorvan::WString> text);
 
 private:
-    template <typename Value> using Interned = zorvan::HashMap<std::uint32_t, Value*>;
+    ValueIndex<HtmlLengthValue>* lengthsIn(ZVLinearUnits units);
 
-    Interned<HtmlLengthValue>* lengthsIn(ZVLinearUnits units);
-
-    zorvan::ArrayList<HtmlValue*> values; // of all that no map holds
-    Interned<HtmlCssKeywordValue> keywords;
-    Interned<HtmlNumberValue> numbers;
-    Interned<HtmlEnumValue> enumerators;
-    Interned<HtmlColorValue> colors;
-    Interned<HtmlPercentValue> percents;
-    Interned<HtmlLengthValue> ems;
-    Interned<HtmlLengthValue> exes;
-    Interned<HtmlLengthValue> pixels;
-    Interned<HtmlLengthValue> points;
+    zorvan::ArrayList<HtmlValue*> values; // of all that no index holds
+    ValueIndex<HtmlCssKeywordValue> keywords;
+    ValueIndex<HtmlNumberValue> numbers;
+    ValueIndex<HtmlEnumValue> enumerators;
+    ValueIndex<HtmlColorValue> colors;
+    ValueIndex<HtmlPercentValue> percents;
+    ValueIndex<HtmlLengthValue> ems;
+    ValueIndex<HtmlLengthValue> exes;
+    ValueIndex<HtmlLengthValue> pixels;
+    ValueIndex<HtmlLengthValue> points;
 };

@@ -29,9 +29,11 @@ void InsertVoidElement(const Token* token, HtmlFilterContext& context)
     PopElement(context);
 }
 
-/// Whether the tag just scanned says that its input is not to be seen.
-bool IsHiddenInput(HtmlFilterContext& context)
+/// Whether an input is not to be seen by its tag, which is the one just scanned or synthetic.
+bool IsHiddenInput(const Token& token, HtmlFilterContext& context)
 {
+    if ((token.flags & TOKEN_SYNTHETIC) != 0)
+        return false;
     constexpr std::uint32_t kLimit = 32;
     std::array<char16_t, kLimit> type;
     if (GetRawAttributeValue(ATTRIBUTE_TYPE, type.data(), kLimit, context, nullptr) == 0)
@@ -43,7 +45,7 @@ int InsertInput(const Token* token, HtmlFilterContext& context)
 {
     ReconstructActiveFormatting(context);
     InsertVoidElement(token, context);
-    if (!IsHiddenInput(context))
+    if (!IsHiddenInput(*token, context))
         context.framesetOk = 0;
     return ANSWER_USED;
 }

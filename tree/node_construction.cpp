@@ -179,14 +179,16 @@ int CreateAppendPushText(HtmlFilterContext& context)
 {
     zorvan::WString& text = *context.pendingText;
     auto payload = MakePayload<HtmlTextNodeData>(CurrentTree(context));
-    if (payload == nullptr)
+    if (payload == nullptr
+        || !payload->trySetText(text.data, static_cast<std::uint32_t>(text.length)))
         Fail(FAILURE_OUT_OF_MEMORY, "CreateAppendPushText(): node creation failed!");
-    payload->setText(text.data, static_cast<std::uint32_t>(text.length));
     HtmlTreeNode* const node = PlaceNode(payload.get(), context.pendingTextFoster == 1, context);
     payload.release();
-    PushNode(node, context);
+    // The text stands in the tree now. Should the stack have no room for its node, a host that
+    // reads on must not get it twice.
     text.clear();
     context.pendingTextFoster = 0;
+    PushNode(node, context);
     return 1;
 }
 

@@ -1,9 +1,12 @@
 #include "tree/tree_construction.h"
 
+#include "filter/filter_internals.h"
 #include "scanner/markup_scanner.h"
 #include "support/exception.h"
 #include "tree/character_rules.h"
 #include "tree/insertion_modes.h"
+
+#include <utility>
 
 namespace {
 
@@ -80,8 +83,9 @@ void InsertNode(HtmlFilterContext& context)
 {
     if (context.statusFlags != 0)
         return;
-    Token token = {};
-    int answer = ANSWER_USED;
+    HtmlFilterInternals& internals = *context.internals;
+    Token token = internals.retryToken;
+    int answer = std::exchange(internals.hasRetryToken, false) ? ANSWER_AGAIN : ANSWER_USED;
     do {
         if (answer != ANSWER_AGAIN) {
             AppendTextRuns(context);
@@ -91,6 +95,12 @@ void InsertNode(HtmlFilterContext& context)
         }
         answer = DispatchToken(&token, context);
     } while (context.statusFlags == 0);
+    // A failure in the middle of a token's work must not cost the rest of it, should the host read
+    // on.
+    if (answer == ANSWER_AGAIN) {
+        internals.retryToken = token;
+        internals.hasRetryToken = true;
+    }
     // What has been read stays, whatever ended the reading.
     FlushPendingText(context);
 }

@@ -361,6 +361,32 @@ TEST(HashMap, RemovedHeadIsReplacedByTheChainsLast)
     EXPECT_EQ(entriesOf(map), (Entries<std::uint64_t>{{33, 33}, {17, 17}, {1, 2}}));
 }
 
+TEST(HashMap, OrderOfPropertyNumbersWorkedOutByHand)
+{
+    // For numbers k below 256 the hash is k XOR the whole part of 31 k / 1024, for (1021 k) / 1024
+    // has no bit at 10 or above. The slot is that in 16 slots, and in 32:
+    //   66: 67 -> 3, 3      194: 199 -> 7, 7     116: 119 -> 7, 23    120: 123 -> 11, 27
+    //   174: 171 -> 11, 11  170: 175 -> 15, 15   15: 15 -> 15, 15     98: 96 -> 0, 0
+    HashMap<std::uint32_t, int> map(16, 16);
+    for (const std::uint32_t key : {66U, 194U, 116U, 120U, 174U, 170U, 15U})
+        map.put(key, 0);
+    std::uint32_t keys[8] = {};
+    ASSERT_EQ(map.keys(keys, 8), 7);
+    EXPECT_EQ(std::vector<std::uint32_t>(keys, keys + 7),
+        (std::vector<std::uint32_t>{66, 194, 116, 120, 174, 170, 15}));
+    // The eighth key grows the map, which takes the chains of 7 and of 11 apart.
+    map.put(98, 0);
+    ASSERT_EQ(map.getCapacity(), 32U);
+    ASSERT_EQ(map.keys(keys, 8), 8);
+    EXPECT_EQ(std::vector<std::uint32_t>(keys, keys + 8),
+        (std::vector<std::uint32_t>{98, 66, 194, 174, 170, 15, 116, 120}));
+    map.remove(170);
+    map.put(170, 0);
+    ASSERT_EQ(map.keys(keys, 8), 8);
+    EXPECT_EQ(std::vector<std::uint32_t>(keys, keys + 8),
+        (std::vector<std::uint32_t>{98, 66, 194, 174, 15, 170, 116, 120}));
+}
+
 TEST(HashMap, OverflowDoublesWhenExhausted)
 {
     HashMap<std::uint32_t, int> map(16, 1);
@@ -530,6 +556,51 @@ TEST(HashMap, BeyondTheLimitIsAFailedAllocation)
     EXPECT_EQ(map.getCount(), 0U);
     EXPECT_FALSE(map.contains(1));
     EXPECT_EQ(map.getOverflowCapacity(), 0x80000000);
+}
+
+TEST(HashMap, FindTellsWhetherAKeyIsTheLastOfItsChain)
+{
+    HashMap<std::uint32_t, std::uint32_t> map(16, 16);
+    // Few enough to share sixteen buckets; some of them chain.
+    for (std::uint32_t key = 0; key < 112; key += 16)
+        map.put(key, key + 1);
+    bool isLast = false;
+    EXPECT_EQ(map.find(999, isLast), nullptr);
+    std::uint32_t chained = 0;
+    for (auto cursor = map.first(); !cursor.isAtEnd(); cursor.advance()) {
+        const std::uint32_t* const value = map.find(cursor.key(), isLast);
+        ASSERT_NE(value, nullptr);
+        EXPECT_EQ(*value, cursor.key() + 1);
+        EXPECT_EQ(isLast, map.isLastOfChain(cursor.key()));
+        EXPECT_EQ(isLast, cursor.isLastOfChain());
+        chained += isLast ? 0 : 1;
+    }
+    EXPECT_GT(chained, 0U);
+}
+
+// A map that has been emptied must go on as a new one, chained keys and lone ones alike.
+TEST(HashMap, AClearedMapGoesOnAsANewOne)
+{
+    HashMap<std::uint32_t, std::uint32_t> used(16, 16);
+    for (std::uint32_t step = 1; step <= 64; ++step) {
+        HashMap<std::uint32_t, std::uint32_t> fresh(16, 16);
+        for (std::uint32_t i = 0; i < 7; ++i) {
+            used.put(i * step, i);
+            fresh.put(i * step, i);
+        }
+        std::vector<std::uint32_t> usedKeys;
+        std::vector<std::uint32_t> freshKeys;
+        used.forEach([&](std::uint32_t key, std::uint32_t) { usedKeys.push_back(key); });
+        fresh.forEach([&](std::uint32_t key, std::uint32_t) { freshKeys.push_back(key); });
+        EXPECT_EQ(usedKeys, freshKeys) << step;
+        EXPECT_EQ(used.getFreeHint(), fresh.getFreeHint()) << step;
+        used.clear();
+        EXPECT_TRUE(used.isEmpty());
+        EXPECT_EQ(used.getFreeHint(), 0xFFFFFFFF);
+        EXPECT_TRUE(used.first().isAtEnd());
+        for (std::uint32_t i = 0; i < 7; ++i)
+            EXPECT_FALSE(used.contains(i * step));
+    }
 }
 
 TEST(HashMap, IsAnObject)

@@ -72,7 +72,8 @@ TEST(IndexedList, LastSlotTriggersTheMove)
     list.set(2, &entries[2]);
     ASSERT_EQ(list.getFirstIndex(), 0);
     ASSERT_EQ(list.getLastIndex(), 3);
-    // Index 3 is the last slot: the range is narrowed to index 2 and keeps its width.
+    // Index 3 is the last slot: the range is narrowed to index 2 and from there reaches index 3 by
+    // a step of 4. From 2 to 6 are five indexes, which take two steps of slots.
     list.set(3, &entries[3]);
     EXPECT_EQ(list.getCapacity(), 8);
     EXPECT_EQ(list.getFirstIndex(), 2);
@@ -94,6 +95,65 @@ TEST(IndexedList, EntriesShiftInsideTheArray)
     EXPECT_EQ(list.get(15), nullptr);
     for (const int index : {16, 17, 18, 19, 21, 22, 26, 28})
         EXPECT_EQ(list.get(index), nullptr);
+}
+
+TEST(IndexedList, EmptiedListMovesToAFarIndex)
+{
+    struct Row {
+        int index, first, last;
+    };
+    const Row rows[] = {{1'000, 996, 1'003}, {1'000'000, 999'996, 1'000'003}, {2, 0, 7},
+        {INT_MAX - 8, INT_MAX - 12, INT_MAX - 5}};
+    for (const Row& row : rows) {
+        IndexedList<int> list(8);
+        int entry = 0;
+        list.set(20, &entry);
+        list.set(20, nullptr);
+        list.ensureIndex(row.index);
+        EXPECT_EQ(list.getFirstIndex(), row.first);
+        EXPECT_EQ(list.getLastIndex(), row.last);
+        EXPECT_EQ(list.getCapacity(), 8) << "the slots that are there do";
+        for (int index = row.first; index <= row.last; ++index)
+            EXPECT_EQ(list.get(index), nullptr);
+        list.set(row.index, &entry);
+        EXPECT_EQ(list.get(row.index), &entry);
+        EXPECT_EQ(list.get(20), nullptr);
+    }
+}
+
+TEST(IndexedList, RangeAfterAShiftInsideTheArray)
+{
+    IndexedList<int> list(8);
+    int entry = 0;
+    list.set(20, &entry);
+    list.ensureIndex(26);
+    ASSERT_EQ(list.getFirstIndex(), 20);
+    ASSERT_EQ(list.getCapacity(), 16);
+    // From the one entry down by a step of 8, to 12. Nine indexes have room in 16 slots.
+    list.ensureIndex(15);
+    EXPECT_EQ(list.getFirstIndex(), 12);
+    EXPECT_EQ(list.getLastIndex(), 27);
+    EXPECT_EQ(list.getCapacity(), 16);
+    for (int index = 12; index <= 27; ++index)
+        EXPECT_EQ(list.get(index), index == 20 ? &entry : nullptr);
+}
+
+TEST(IndexedList, RangeAfterTheCutToZero)
+{
+    IndexedList<int> list(8);
+    int entry = 0;
+    list.set(10, &entry);
+    ASSERT_EQ(list.getFirstIndex(), 6);
+    list.ensureIndex(3);
+    ASSERT_EQ(list.getFirstIndex(), 2);
+    ASSERT_EQ(list.getCapacity(), 16);
+    // Two steps of 8 down from 10 lead below 0.
+    list.ensureIndex(1);
+    EXPECT_EQ(list.getFirstIndex(), 0);
+    EXPECT_EQ(list.getLastIndex(), 15);
+    EXPECT_EQ(list.getCapacity(), 16);
+    for (int index = 0; index <= 15; ++index)
+        EXPECT_EQ(list.get(index), index == 10 ? &entry : nullptr);
 }
 
 TEST(IndexedList, FailedGrowthChangesNothing)

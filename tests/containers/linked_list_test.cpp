@@ -179,6 +179,29 @@ TEST(LinkedListIterator, OneElementStartsAndEnds)
     EXPECT_FALSE(iterator.hasPrevious());
 }
 
+TEST(LinkedListIterator, PreviousBeforeTheFirstNextFailsBehindANewHead)
+{
+    TestList list({1, 2});
+    LinkedListIterator<int> iterator(list);
+    list.push(0);
+    EXPECT_TRUE(iterator.hasPrevious());
+    expectFailure(137, kPreviousStart, [&] { iterator.previous(); });
+    EXPECT_EQ(iterator.next(), 1);
+    EXPECT_EQ(iterator.previous(), 0);
+}
+
+TEST(MutableLinkedListIterator, PreviousBeforeTheFirstNextStepsToANewHead)
+{
+    TestList list({1, 2});
+    MutableLinkedListIterator<int> iterator(list);
+    list.push(0);
+    EXPECT_TRUE(iterator.hasPrevious());
+    EXPECT_EQ(iterator.previous(), 0);
+    // Still at the start, which is elsewhere now: the element there is given again.
+    EXPECT_EQ(iterator.next(), 0);
+    EXPECT_EQ(iterator.next(), 1);
+}
+
 TEST(MutableLinkedListIterator, PreviousLeavesTheStartAlone)
 {
     TestList list({1, 2});
@@ -188,6 +211,34 @@ TEST(MutableLinkedListIterator, PreviousLeavesTheStartAlone)
     EXPECT_EQ(iterator.previous(), 1);
     // Not at the start: the first element has been given.
     EXPECT_EQ(iterator.next(), 2);
+}
+
+TEST(LinkedList, MoveHeadToTakesTheLinkAlong)
+{
+    LinkedList<int> from{};
+    LinkedList<int> to{};
+    for (const int value : {1, 2, 3})
+        from.append(value);
+    const auto* const link = from.head;
+    zorvan::failAllocationsFrom(1);
+    from.moveHeadTo(to);
+    from.moveHeadTo(to);
+    zorvan::clearAllocationFailure();
+    EXPECT_EQ(to.tail, link);
+    EXPECT_EQ(from.getCount(), 1);
+    EXPECT_EQ(from.head, from.tail);
+    EXPECT_EQ(from.head->prev, nullptr);
+    EXPECT_EQ(to.getCount(), 2);
+    EXPECT_EQ(to.head->value, 2);
+    EXPECT_EQ(to.tail->prev, to.head);
+    EXPECT_EQ(to.head->prev, nullptr);
+    from.moveHeadTo(to);
+    EXPECT_TRUE(from.isEmpty());
+    EXPECT_EQ(from.head, nullptr);
+    EXPECT_EQ(from.tail, nullptr);
+    EXPECT_EQ(to.pop(), 3);
+    EXPECT_EQ(to.pop(), 2);
+    EXPECT_EQ(to.pop(), 1);
 }
 
 TEST(MutableLinkedListIterator, PreviousAtFirstLinkSpeaksOfNext)

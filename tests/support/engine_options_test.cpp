@@ -25,6 +25,7 @@ void throwException(void* message)
 {
     throw zorvan::Exception(137, static_cast<const char*>(message), nullptr, nullptr, 0);
 }
+void throwSilent(void*) { throw zorvan::Exception(25, nullptr, nullptr, nullptr, 0); }
 void throwBailOut(void*) { UTBailOutEx(0x105, 0, 0); }
 void throwNoMemory(void*) { throw std::bad_alloc(); }
 void throwStandard(void* message) { throw std::runtime_error(static_cast<const char*>(message)); }
@@ -121,6 +122,25 @@ TEST(EngineOptions, HostAndModuleSeeOneStore)
     EXPECT_NE(read(112, &value, sizeof value), 0);
 }
 
+TEST(EngineOptions, OptionOfADocumentReachesTheModule)
+{
+    const TestModule module;
+    auto* const read
+        = module.function<int(void*, std::uint32_t, void*, std::uint32_t)>("readOption");
+    ASSERT_NE(read, nullptr);
+    int document = 0;
+    int other = 0;
+    const std::uint32_t set = 1;
+    std::uint32_t value = 0;
+    ASSERT_EQ(UTSetOption(&document, OPTION_TABLES, &set, sizeof set), 0);
+    EXPECT_EQ(read(&document, OPTION_TABLES, &value, sizeof value), 0);
+    EXPECT_EQ(value, 1u);
+    EXPECT_NE(read(&other, OPTION_TABLES, &value, sizeof value), 0);
+    EXPECT_NE(read(nullptr, OPTION_TABLES, &value, sizeof value), 0);
+    UTFreeOptions(&document);
+    EXPECT_NE(read(&document, OPTION_TABLES, &value, sizeof value), 0);
+}
+
 TEST(EngineOptions, ManyThreadsAtOnce)
 {
     std::atomic<int> wrong = 0;
@@ -155,6 +175,7 @@ TEST(EngineOptions, GuardedCallTellsWhatWasThrown)
     const Row rows[] = {
         {[](void*) {}, UT_FAILURE_NONE, 0, ""},
         {&throwException, UT_FAILURE_EXCEPTION, 137, text},
+        {&throwSilent, UT_FAILURE_EXCEPTION, 25, ""},
         {&throwBailOut, UT_FAILURE_BAIL_OUT, 0x105, nullptr},
         {&throwNoMemory, UT_FAILURE_NO_MEMORY, 13, nullptr},
         {&throwStandard, UT_FAILURE_OTHER, 0, text},

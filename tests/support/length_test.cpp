@@ -57,6 +57,37 @@ TEST(Length, Parses)
     }
 }
 
+TEST(Length, UnitsInAnyCase)
+{
+    struct Row {
+        const char* unit;
+        ZVLinearUnits units;
+    };
+    constexpr Row rows[] = {
+        {"em", UNITS_EM},
+        {"ex", UNITS_EX},
+        {"px", UNITS_PIXELS},
+        {"in", UNITS_INCHES},
+        {"cm", UNITS_CENTIMETERS},
+        {"mm", UNITS_MILLIMETERS},
+        {"pt", UNITS_POINTS},
+        {"pc", UNITS_PICAS},
+    };
+    for (const Row& row : rows) {
+        // Each of the two letters small and capital.
+        for (const unsigned capitals : {0u, 1u, 2u, 3u}) {
+            std::string text = std::string("7") + row.unit;
+            for (const unsigned letter : {0u, 1u}) {
+                if ((capitals >> letter & 1) != 0)
+                    text[1 + letter] = static_cast<char>(text[1 + letter] - ('a' - 'A'));
+            }
+            const Length length{String(text.c_str())};
+            EXPECT_EQ(length.value, 7) << text;
+            EXPECT_EQ(length.units, row.units) << text;
+        }
+    }
+}
+
 TEST(Length, UnreadableTextIsZeroPixels)
 {
     for (const char* text : {"", "px", "-", "-px", ".", "5.px", "12 px", " 12px", "12px ", "12pxx",
@@ -141,4 +172,49 @@ TEST(Length, NumbersBeyondFloatAreInfinite)
     const Length inches(3e38f, UNITS_INCHES);
     EXPECT_EQ(inches.getValueAsUnits(UNITS_PIXELS, 96), kInfinity);
     EXPECT_EQ(Length(kInfinity, UNITS_INCHES).getValueAsUnits(UNITS_PIXELS, 96), kInfinity);
+}
+
+TEST(Length, InfiniteLengthsConvertLikeOthers)
+{
+    constexpr float kInfinity = std::numeric_limits<float>::infinity();
+    struct Row {
+        ZVLinearUnits units, target;
+        std::int32_t dotsPerInch;
+        float result;
+    };
+    constexpr Row rows[] = {
+        {UNITS_PIXELS, UNITS_PIXELS, 96, kInfinity},
+        {UNITS_POINTS, UNITS_PIXELS, 96, kInfinity},
+        {UNITS_PIXELS, UNITS_INCHES, 96, kInfinity},
+        {UNITS_EM, UNITS_EM, 96, kInfinity},
+        // Where the other unit has no size, so has the result.
+        {UNITS_EM, UNITS_PIXELS, 96, 0},
+        {UNITS_PERCENT, UNITS_PIXELS, 96, 0},
+        {UNITS_PIXELS, UNITS_EM, 96, 0},
+        {UNITS_PIXELS, UNITS_EX, 96, 0},
+        {UNITS_PIXELS, UNITS_PERCENT, 96, 0},
+        {UNITS_INCHES, UNITS_NONE, 96, 0},
+        {UNITS_INCHES, UNITS_PIXELS, 0, 0},
+        {UNITS_PIXELS, UNITS_INCHES, 0, 0},
+    };
+    for (const Row& row : rows) {
+        const Length length(kInfinity, row.units);
+        EXPECT_EQ(length.getValueAsUnits(row.target, row.dotsPerInch), row.result)
+            << row.units << ' ' << row.target;
+        const Length negative(-kInfinity, row.units);
+        EXPECT_EQ(negative.getValueAsUnits(row.target, row.dotsPerInch), -row.result)
+            << row.units << ' ' << row.target;
+    }
+}
+
+TEST(Length, ConversionIsInDoubleAndRoundedOnce)
+{
+    // In single precision both come out one step off.
+    for (const float value : {0.1f, 0.2f}) {
+        const auto expected = static_cast<float>(double{value} * 96 / 25.4);
+        const volatile float product = value * 96.0f;
+        const volatile float single = product / 25.4f;
+        EXPECT_NE(single, expected) << value;
+        EXPECT_EQ(Length(value, UNITS_MILLIMETERS).getValueAsUnits(UNITS_PIXELS, 96), expected);
+    }
 }

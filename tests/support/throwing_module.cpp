@@ -15,3 +15,8 @@ extern "C" ZV_EXPORT int readGlobalOption(uint32_t id, void* value, uint32_t siz
 {
     return UTGetGlobalOption(id, value, size);
 }
+
+extern "C" ZV_EXPORT int readOption(void* handle, uint32_t id, void* value, uint32_t size)
+{
+    return UTGetOption(handle, id, value, size);
+}

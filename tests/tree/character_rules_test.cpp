@@ -89,39 +89,48 @@ struct RoadRow {
     std::uint32_t lenient;
 };
 
+void expectSameRoads(
+    const RoadRow& row, std::uint16_t charSet, const std::string& text, std::uint32_t bufferSize)
+{
+    TreeContext byRuns(row.prologue, CHARSET_DEFAULT, bufferSize);
+    TreeContext byTokens(row.prologue, CHARSET_DEFAULT, bufferSize);
+    for (TreeContext* tree : {&byRuns, &byTokens}) {
+        tree->context.lenientRawText = row.lenient;
+        tree->build();
+        ASSERT_EQ(tree->context.rawTextMode, row.rawTextMode);
+        tree->context.currentCharSet = charSet;
+        if (charSet == CHARSET_UTF16)
+            tree->context.unicodeBomMode = 254;
+        tree->context.framesetOk = 1;
+        tree->context.parseError = 0;
+        tree->stream.bytes.insert(tree->stream.bytes.end(), text.begin(), text.end());
+    }
+    byRuns.build();
+    buildOneByOne(byTokens.context);
+    EXPECT_EQ(byRuns.shortOutline(), byTokens.shortOutline());
+    EXPECT_EQ(byRuns.context.framesetOk, byTokens.context.framesetOk);
+    EXPECT_EQ(byRuns.context.parseError, byTokens.context.parseError);
+    EXPECT_EQ(byRuns.context.rawTextAtLineStart, byTokens.context.rawTextAtLineStart);
+}
+
 TEST(CharacterRules, BothRoadsGiveTheSame)
 {
     const RoadRow rows[] = {{"<body>", RAW_TEXT_NONE, 0}, {"<title>", RAW_TEXT_NONE, 0},
         {"<body><xmp>", RAW_TEXT_STRICT, 0}, {"<body><xmp>", RAW_TEXT_LENIENT, 1},
         {"<body><textarea>x", RAW_TEXT_TEXTAREA, 0}};
-    const std::uint16_t charSets[] = {CHARSET_DEFAULT, CHARSET_UTF8, CHARSET_UTF16,
-        CHARSET_WINDOWS_1251, CHARSET_SHIFT_JIS, CHARSET_HZ};
-    const std::string texts[] = {textOfAllBytes(), "  \n ", "a", std::string("\0b\0", 3),
+    const std::uint16_t charSets[]
+        = {CHARSET_DEFAULT, CHARSET_UTF8, CHARSET_UTF16, CHARSET_WINDOWS_1251, CHARSET_SHIFT_JIS,
+            CHARSET_HZ, CHARSET_ISO_2022_JP, CHARSET_ISO_2022_KR};
+    const std::string texts[] = {"a\x1B$B$\"$\"\x1B(Bb \x1B(Jc\x1B", "\x1B$)Ca \x0E!!0!\x0F b\x0E!",
+        "a~{<:Ky~}b~~c ~\nd~", textOfAllBytes(), "  \n ", "a", std::string("\0b\0", 3),
         "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80 \xC3\xA9", "\n <b", "x<!y"};
     for (const RoadRow& row : rows) {
         for (const std::uint16_t charSet : charSets) {
             for (const std::string& text : texts) {
                 SCOPED_TRACE(std::string(row.prologue) + " in " + std::to_string(charSet) + " with "
                     + std::to_string(text.size()) + " bytes");
-                TreeContext byRuns(row.prologue);
-                TreeContext byTokens(row.prologue);
-                for (TreeContext* tree : {&byRuns, &byTokens}) {
-                    tree->context.lenientRawText = row.lenient;
-                    tree->build();
-                    ASSERT_EQ(tree->context.rawTextMode, row.rawTextMode);
-                    tree->context.currentCharSet = charSet;
-                    if (charSet == CHARSET_UTF16)
-                        tree->context.unicodeBomMode = 254;
-                    tree->context.framesetOk = 1;
-                    tree->context.parseError = 0;
-                    tree->stream.bytes.insert(tree->stream.bytes.end(), text.begin(), text.end());
-                }
-                byRuns.build();
-                buildOneByOne(byTokens.context);
-                EXPECT_EQ(byRuns.shortOutline(), byTokens.shortOutline());
-                EXPECT_EQ(byRuns.context.framesetOk, byTokens.context.framesetOk);
-                EXPECT_EQ(byRuns.context.parseError, byTokens.context.parseError);
-                EXPECT_EQ(byRuns.context.rawTextAtLineStart, byTokens.context.rawTextAtLineStart);
+                for (const std::uint32_t bufferSize : {1U, 3U, 7U, 2'048U})
+                    expectSameRoads(row, charSet, text, bufferSize);
             }
         }
     }

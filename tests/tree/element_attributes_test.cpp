@@ -120,6 +120,9 @@ TEST(ElementAttributes, BufferIsMadeForTheFirstAttribute)
     TreeContext tree("<p>");
     tree.build();
     EXPECT_EQ(tree.internals.attributeBuffer, nullptr);
+    TreeContext meta("<meta>");
+    meta.build();
+    EXPECT_EQ(meta.internals.attributeBuffer, nullptr);
     TreeContext other("<p align=left>");
     other.build();
     EXPECT_NE(other.internals.attributeBuffer, nullptr);
@@ -151,6 +154,26 @@ TEST(ElementAttributes, RawValueIsBoundedByItsLimit)
     EXPECT_EQ(std::u16string(buffer.data()), u"");
     EXPECT_EQ(GetRawAttributeValue(ATTRIBUTE_ID, buffer.data(), 8, tree.context, nullptr), 0);
     EXPECT_EQ(std::u16string(buffer.data()), u"");
+}
+
+TEST(ElementAttributes, NothingIsReadWithAStatus)
+{
+    TreeContext tree("<p id=abc>");
+    tree.build();
+    std::array<char16_t, 8> buffer;
+    for (const StatusFlag status : {STATUS_OUT_OF_MEMORY, STATUS_END_OF_INPUT, STATUS_HOST_STOP}) {
+        buffer.fill(u'x');
+        tree.context.statusFlags = status;
+        EXPECT_EQ(GetRawAttributeValue(ATTRIBUTE_ID, buffer.data(), 8, tree.context, nullptr), 0);
+        EXPECT_EQ(buffer[0], u'\0');
+        EXPECT_EQ(GetRawAttributeValue(ATTRIBUTE_ID, nullptr, 0, tree.context, nullptr), 0);
+    }
+    tree.payloadOf(*tree.find(ELEMENT_P)).clearAttributes();
+    ApplyElementAttributes(tree.find(ELEMENT_P)->data, tree.context);
+    EXPECT_EQ(tree.outline(), "html\n  head\n  body\n    p\n");
+    tree.context.statusFlags = 0;
+    ApplyElementAttributes(tree.find(ELEMENT_P)->data, tree.context);
+    EXPECT_EQ(tree.outline(), "html\n  head\n  body\n    p id=\"abc\"\n");
 }
 
 TEST(ElementAttributes, NoMemoryForTheBuffer)

@@ -17,68 +17,81 @@ TEST(HeadModes, BeforeHead)
 {
     checkModeRules({BeforeHead, HandleBeforeHeadInsertion, "<html>",
         {
-            {"space", ANSWER_IGNORED, BeforeHead, false, "html"},
-            {"null", ANSWER_IGNORED, BeforeHead, true, "html"},
-            {"<html>", ANSWER_USED, BeforeHead, true, "html"},
-            {"<head>", ANSWER_USED, InHead, false, "html[head]"},
-            {"</body> </br> </head> </html>", ANSWER_AGAIN, InHead, false, "html[head]"},
-            {"end", ANSWER_IGNORED, BeforeHead, true, "html"},
-            {"any", ANSWER_AGAIN, InHead, false, "html[head]"},
+            {"space", ANSWER_IGNORED, BeforeHead, false, "html", "html", ""},
+            {"null", ANSWER_IGNORED, BeforeHead, true, "html", "html", ""},
+            {"<html>", ANSWER_USED, BeforeHead, true, "html", "html", ""},
+            {"<head>", ANSWER_USED, InHead, false, "html[head]", "html head", "head"},
+            {"</body> </br> </head> </html>", ANSWER_AGAIN, InHead, false, "html[head]",
+                "html head", "head"},
+            {"end", ANSWER_IGNORED, BeforeHead, true, "html", "html", ""},
+            {"any", ANSWER_AGAIN, InHead, false, "html[head]", "html head", "head"},
         }});
 }
 
 TEST(HeadModes, InHead)
 {
+    const char* const head = "html[head]";
     checkModeRules({InHead, HandleInHeadInsertion, "<head>",
         {
-            {"space", ANSWER_USED, InHead, false, "html[head[%]]"},
-            {"null", ANSWER_IGNORED, InHead, true, "html[head]"},
-            {"<html>", ANSWER_USED, InHead, true, "html[head]"},
+            {"space", ANSWER_USED, InHead, false, "html[head[%]]", "html head", ""},
+            {"null", ANSWER_IGNORED, InHead, true, head, "html head", ""},
+            {"<html>", ANSWER_USED, InHead, true, head, "html head", ""},
             {"<base> <basefont> <bgsound> <command> <link> <meta>", ANSWER_USED, InHead, false,
-                "html[head[%]]"},
-            {"<title>", ANSWER_USED, Text, false, "html[head[title]]"},
-            {"<noscript>", ANSWER_USED, InHeadNoscript, false, "html[head[noscript]]"},
-            {"<noframes> <style>", ANSWER_USED, Text, false, "html[head[%]]"},
-            {"<script>", ANSWER_USED, InHead, false, "html[head]"},
-            {"</head>", ANSWER_USED, AfterHead, false, "html[head]"},
-            {"</body> </br> </html>", ANSWER_AGAIN, AfterHead, false, "html[head]"},
-            {"<head> end", ANSWER_IGNORED, InHead, true, "html[head]"},
-            {"any", ANSWER_AGAIN, AfterHead, false, "html[head]"},
+                "html[head[%]]", "html head", ""},
+            {"<title>", ANSWER_USED, Text, false, "html[head[title]]", "html head title",
+                "original"},
+            {"<noscript>", ANSWER_USED, InHeadNoscript, false, "html[head[noscript]]",
+                "html head noscript", ""},
+            {"<noframes> <style>", ANSWER_USED, Text, false, "html[head[%]]", "html head %",
+                "original raw=1"},
+            {"<script>", ANSWER_USED, InHead, false, head, "html head", ""},
+            {"</head>", ANSWER_USED, AfterHead, false, head, "html", ""},
+            {"</body> </br> </html>", ANSWER_AGAIN, AfterHead, false, head, "html", ""},
+            {"<head> end", ANSWER_IGNORED, InHead, true, head, "html head", ""},
+            {"any", ANSWER_AGAIN, AfterHead, false, head, "html", ""},
         }});
 }
 
 TEST(HeadModes, InHeadNoscript)
 {
+    const char* const noscript = "html[head[noscript]]";
+    const char* const stack = "html head noscript";
     checkModeRules({InHeadNoscript, HandleInHeadNoscriptInsertion, "<head><noscript>",
         {
-            {"null", ANSWER_IGNORED, InHeadNoscript, true, "html[head[noscript]]"},
-            {"<html>", ANSWER_USED, InHeadNoscript, true, "html[head[noscript]]"},
-            {"</noscript>", ANSWER_USED, InHead, false, "html[head[noscript]]"},
+            {"null", ANSWER_IGNORED, InHeadNoscript, true, noscript, stack, ""},
+            {"<html>", ANSWER_USED, InHeadNoscript, true, noscript, stack, ""},
+            {"</noscript>", ANSWER_USED, InHead, false, noscript, "html head", ""},
             {"space <basefont> <bgsound> <link> <meta>", ANSWER_USED, InHeadNoscript, false,
-                "html[head[noscript[%]]]"},
-            {"<noframes> <style>", ANSWER_USED, Text, false, "html[head[noscript[%]]]"},
-            {"</br>", ANSWER_AGAIN, InHead, false, "html[head[noscript]]"},
-            {"<head> <noscript> end", ANSWER_IGNORED, InHeadNoscript, true, "html[head[noscript]]"},
-            {"any", ANSWER_AGAIN, InHead, true, "html[head[noscript]]"},
+                "html[head[noscript[%]]]", stack, ""},
+            {"<noframes> <style>", ANSWER_USED, Text, false, "html[head[noscript[%]]]",
+                "html head noscript %", "original raw=1"},
+            {"</br>", ANSWER_AGAIN, InHead, false, noscript, "html head", ""},
+            {"<head> <noscript> end", ANSWER_IGNORED, InHeadNoscript, true, noscript, stack, ""},
+            {"any", ANSWER_AGAIN, InHead, true, noscript, "html head", ""},
         }});
 }
 
 TEST(HeadModes, AfterHead)
 {
+    const char* const head = "html[head]";
     checkModeRules({AfterHead, HandleAfterHeadInsertion, "<head></head>",
         {
-            {"space", ANSWER_USED, AfterHead, false, "html[head %]"},
-            {"null", ANSWER_IGNORED, AfterHead, true, "html[head]"},
-            {"<html>", ANSWER_USED, AfterHead, true, "html[head]"},
-            {"<body>", ANSWER_USED, InBody, false, "html[head body]"},
-            {"<frameset>", ANSWER_USED, InFrameset, false, "html[head frameset]"},
+            {"space", ANSWER_USED, AfterHead, false, "html[head %]", "html", ""},
+            {"null", ANSWER_IGNORED, AfterHead, true, head, "html", ""},
+            {"<html>", ANSWER_USED, AfterHead, true, head, "html", ""},
+            {"<body>", ANSWER_USED, InBody, false, "html[head body]", "html body", "framesetOk=0"},
+            {"<frameset>", ANSWER_USED, InFrameset, false, "html[head frameset]", "html frameset",
+                ""},
             {"<base> <basefont> <bgsound> <link> <meta>", ANSWER_USED, AfterHead, true,
-                "html[head[%]]"},
-            {"<title> <noframes> <style>", ANSWER_USED, Text, true, "html[head[%]]"},
-            {"<script>", ANSWER_USED, AfterHead, true, "html[head]"},
-            {"</body> </br> </html>", ANSWER_AGAIN, InBody, false, "html[head body]"},
-            {"<head> end", ANSWER_IGNORED, AfterHead, true, "html[head]"},
-            {"any", ANSWER_AGAIN, InBody, false, "html[head body]"},
+                "html[head[%]]", "html", ""},
+            {"<title>", ANSWER_USED, Text, true, "html[head[%]]", "html %", "original"},
+            {"<noframes> <style>", ANSWER_USED, Text, true, "html[head[%]]", "html %",
+                "original raw=1"},
+            {"<script>", ANSWER_USED, AfterHead, true, head, "html", ""},
+            {"</body> </br> </html>", ANSWER_AGAIN, InBody, false, "html[head body]", "html body",
+                "framesetOk=0"},
+            {"<head> end", ANSWER_IGNORED, AfterHead, true, head, "html", ""},
+            {"any", ANSWER_AGAIN, InBody, false, "html[head body]", "html body", "framesetOk=1"},
         }});
 }
 
@@ -125,6 +138,16 @@ TEST(HeadModes, NoscriptAsRawText)
     tree.build();
     EXPECT_EQ(
         tree.shortOutline(), "html[head[noscript[\"<b>x</b>\"]] body[noscript[\"<b>y</b>\"]]]");
+}
+
+TEST(HeadModes, EndTagOfALineBreakLeavesNoscriptAndHead)
+{
+    TreeContext tree("<head><noscript></br>");
+    tree.build();
+    EXPECT_EQ(tree.shortOutline().rfind("html[head[noscript] body", 0), 0U);
+    EXPECT_EQ(tree.context.insertionMode, static_cast<std::uint32_t>(InBody));
+    EXPECT_EQ(tree.context.currentNode, tree.find(ELEMENT_BODY));
+    EXPECT_EQ(tree.stack().getCount(), 2);
 }
 
 TEST(HeadModes, TitleIsScannedAsMarkup)

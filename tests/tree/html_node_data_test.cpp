@@ -218,6 +218,63 @@ TEST(HtmlNodeData, SourceWithoutUndoListLeavesTheOwnOneAlone)
     deleteUndo(copy);
 }
 
+TEST(HtmlNodeData, SourceWithoutAttributesEmptiesTheOwnList)
+{
+    ValueCache cache;
+    const HtmlTagNodeData source(ELEMENT_I);
+    HtmlTagNodeData copy(ELEMENT_B);
+    copy.setAttribute(ATTRIBUTE_ID, cache.numberValue(1));
+    copy.setAttribute(ATTRIBUTE_ALIGN, cache.numberValue(2));
+    copy.copyFrom(&source, &cache);
+    EXPECT_FALSE(copy.hasAttributes());
+    EXPECT_EQ(attributesOf(copy), Attributes());
+    EXPECT_EQ(copy.findAttribute(ATTRIBUTE_ID), nullptr);
+}
+
+TEST(HtmlNodeData, CopiedUndoListKeepsTheOrderOfItsChains)
+{
+    ValueCache cache;
+    HtmlValue* const value = cache.numberValue(1);
+    // Numbers of one chain, whose order has been changed by replacing: put in afresh, in whatever
+    // order, they would not come out so and go on so.
+    const ZVCSSProperty first = PROPERTY_TEXT_ALIGN;
+    const ZVCSSProperty second = PROPERTY_BACKGROUND_COLOR;
+    HtmlTagNodeData source(ELEMENT_FONT);
+    source.undoDeclarations = new CssDeclarationList(&cache);
+    source.undoDeclarations->set(first, value, false, false);
+    source.undoDeclarations->set(second, value, false, false);
+    source.undoDeclarations->set(first, value, false, false);
+    HtmlTagNodeData copy(ELEMENT_B);
+    copy.copyFrom(&source, &cache);
+    for (CssDeclarationList* list : {source.undoDeclarations, copy.undoDeclarations}) {
+        ZVCSSProperty keys[2] = {};
+        ASSERT_EQ(list->keys(keys, 2), 2);
+        EXPECT_EQ(keys[0], second);
+        EXPECT_EQ(keys[1], first);
+    }
+    EXPECT_EQ(copy.undoDeclarations->getFreeHint(), source.undoDeclarations->getFreeHint());
+    EXPECT_EQ(copy.undoDeclarations->getCapacity(), source.undoDeclarations->getCapacity());
+    deleteUndo(source);
+    deleteUndo(copy);
+}
+
+TEST(HtmlNodeData, RowCopyOfATagTakesItOver)
+{
+    ValueCache cache;
+    CssDeclarationList declarations(&cache);
+    HtmlTagNodeData source(ELEMENT_TD);
+    HtmlValue* const value = cache.numberValue(1);
+    source.setAttribute(ATTRIBUTE_ALIGN, value);
+    source.declarations = &declarations;
+    HtmlTrNodeData copy;
+    HtmlSpanInfo* const spans = &copy.ensureSpanInfo();
+    copy.copyFrom(&source, &cache);
+    EXPECT_EQ(copy.elementId, ELEMENT_TD);
+    EXPECT_EQ(copy.declarations, &declarations);
+    EXPECT_EQ(attributesOf(copy), (Attributes{{6, value}}));
+    EXPECT_EQ(copy.spanInfo, spans) << "the spans are the row's own";
+}
+
 TEST(HtmlNodeData, TagCopyRefusesTextImageAndRow)
 {
     ValueCache cache;

@@ -22,23 +22,36 @@ using enum InsertionMode;
 
 TEST(InBody, Rules)
 {
+    const char* const body = "html[head body]";
     checkModeRules({InBody, HandleInBodyInsertion, "<body>",
         {
-            {"zero", ANSWER_IGNORED, InBody, true, "html[head body]"},
-            {"space character", ANSWER_USED, InBody, false, "html[head body[%]]"},
-            {"null", ANSWER_IGNORED, InBody, true, "html[head body]"},
-            {"<html>", ANSWER_USED, InBody, true, "html[head body]"},
+            {"zero", ANSWER_IGNORED, InBody, true, body, "html body", ""},
+            {"space", ANSWER_USED, InBody, false, "html[head body[%]]", "html body", ""},
+            {"character", ANSWER_USED, InBody, false, "html[head body[%]]", "html body",
+                "framesetOk=0"},
+            {"null", ANSWER_IGNORED, InBody, true, body, "html body", ""},
+            {"<html>", ANSWER_USED, InBody, true, body, "html body", ""},
             {"<base> <basefont> <bgsound> <command> <link> <meta>", ANSWER_USED, InBody, false,
-                "html[head body[%]]"},
-            {"<noframes> <style> <title>", ANSWER_USED, Text, false, "html[head body[%]]"},
-            {"<script>", ANSWER_USED, InBody, false, "html[head body]"},
-            {"<body> <frameset>", ANSWER_IGNORED, InBody, true, "html[head body]"},
-            {"<image>", ANSWER_USED, InBody, true, "html[head body[img]]"},
-            {"<textarea> <xmp> <noembed>", ANSWER_USED, Text, false, "html[head body[%]]"},
-            {"start", ANSWER_USED, InBody, false, "html[head body[%]]"},
-            {"</body>", ANSWER_USED, AfterBody, false, "html[head body]"},
-            {"</html>", ANSWER_AGAIN, AfterBody, false, "html[head body]"},
-            {"end", ANSWER_IGNORED, InBody, true, "html[head body]"},
+                "html[head body[%]]", "html body", ""},
+            {"<title>", ANSWER_USED, Text, false, "html[head body[%]]", "html body %", "original"},
+            {"<noframes> <style> <noembed>", ANSWER_USED, Text, false, "html[head body[%]]",
+                "html body %", "original raw=1"},
+            {"<xmp>", ANSWER_USED, Text, false, "html[head body[%]]", "html body %",
+                "framesetOk=0 original raw=1"},
+            {"<textarea>", ANSWER_USED, Text, false, "html[head body[%]]", "html body %",
+                "framesetOk=0 original raw=3"},
+            {"<script>", ANSWER_USED, InBody, false, body, "html body", ""},
+            {"<body> <frameset>", ANSWER_IGNORED, InBody, true, body, "html body", ""},
+            {"<image>", ANSWER_USED, InBody, true, "html[head body[img]]", "html body",
+                "framesetOk=0"},
+            {"<area> <br> <embed> <hr> <img> <input> <keygen> <wbr>", ANSWER_USED, InBody, false,
+                "html[head body[%]]", "html body", "framesetOk=0"},
+            {"<param> <source> <track>", ANSWER_USED, InBody, false, "html[head body[%]]",
+                "html body", ""},
+            {"start", ANSWER_USED, InBody, false, "html[head body[%]]", "html body %", ""},
+            {"</body>", ANSWER_USED, AfterBody, false, body, "html body", ""},
+            {"</html>", ANSWER_AGAIN, AfterBody, false, body, "html body", ""},
+            {"end", ANSWER_IGNORED, InBody, true, body, "html body", ""},
         }});
 }
 
@@ -82,6 +95,17 @@ TEST(InBody, HiddenInputsKeepFramesetOk)
         tree.build();
         EXPECT_EQ(tree.context.framesetOk, row.framesetOk) << row.token;
     }
+}
+
+TEST(InBody, SyntheticInputHasNoTypeOfATagBeforeIt)
+{
+    TreeContext tree("<p><input type=hidden>");
+    tree.build();
+    ASSERT_EQ(tree.context.tagAttributeCount, 1U);
+    ASSERT_EQ(tree.context.framesetOk, 1U);
+    const Token token = SyntheticStartTag(ELEMENT_INPUT);
+    HandleInBodyInsertion(&token, tree.context);
+    EXPECT_EQ(tree.context.framesetOk, 0U);
 }
 
 TEST(InBody, TextElementsAndFramesetOk)
@@ -128,6 +152,13 @@ TEST(InBody, XmpClosesAParagraph)
     TreeContext tree("<p>a<xmp><b></xmp>c");
     tree.build();
     EXPECT_EQ(tree.shortOutline(), "html[head body[p[\"a\"] xmp[\"<b>\"] \"c\"]]");
+}
+
+TEST(InBody, NoembedStaysInAParagraph)
+{
+    TreeContext tree("<p>a<noembed><b></noembed>c");
+    tree.build();
+    EXPECT_EQ(tree.shortOutline(), "html[head body[p[\"a\" noembed[\"<b>\"] \"c\"]]]");
 }
 
 TEST(InBody, EndBodyLeavesTheRestOpen)

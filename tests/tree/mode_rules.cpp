@@ -106,6 +106,51 @@ namespace {
         return quotedText({&unit, 1});
     }
 
+    /// Neither of the two values that framesetOk has, so that every setting shows.
+    constexpr std::uint32_t kUntouched = 2;
+
+    std::string stackText(TreeContext& tree)
+    {
+        std::string text;
+        for (std::int32_t i = 0; i < tree.stack().getCount(); ++i) {
+            if (i != 0)
+                text += ' ';
+            text += zorvan::HTMLStrings::elementName(elementOf(*tree.stack().getAt(i)));
+        }
+        return text;
+    }
+
+    /// What a rule may change beside tree and stack.
+    struct Watched {
+        explicit Watched(const HtmlFilterContext& context)
+            : headElement(context.headElement)
+            , originalInsertionMode(context.originalInsertionMode)
+            , rawTextMode(context.rawTextMode)
+        {
+        }
+
+        const HtmlTreeNode* headElement;
+        std::uint32_t originalInsertionMode;
+        std::uint32_t rawTextMode;
+    };
+
+    std::string changesSince(const Watched& before, InsertionMode mode, TreeContext& tree)
+    {
+        const HtmlFilterContext& context = tree.context;
+        std::string changes;
+        if (context.framesetOk != kUntouched)
+            changes += " framesetOk=" + std::to_string(context.framesetOk);
+        if (context.headElement != before.headElement)
+            changes += context.headElement == tree.find(ELEMENT_HEAD) ? " head" : " otherHead";
+        if (context.originalInsertionMode != before.originalInsertionMode) {
+            const bool isMode = context.originalInsertionMode == static_cast<std::uint32_t>(mode);
+            changes += isMode ? " original" : " otherOriginal";
+        }
+        if (context.rawTextMode != before.rawTextMode)
+            changes += " raw=" + std::to_string(context.rawTextMode);
+        return changes.empty() ? changes : changes.substr(1);
+    }
+
     void checkToken(const ModeRules& mode, const NamedToken& named, const ModeRule& rule)
     {
         SCOPED_TRACE(describe(named.token));
@@ -115,6 +160,12 @@ namespace {
         SetInsertionMode(mode.mode, context);
         context.parseError = 0;
         context.tagAttributeCount = 0;
+        context.framesetOk = kUntouched;
+        if (mode.lenientRawText == 1) {
+            context.lenientRawText = 1;
+            context.rawTextMode = RAW_TEXT_NONE;
+        }
+        const Watched before(context);
         const int answer = mode.handler(&named.token, context);
         FlushPendingText(context);
         EXPECT_EQ(answer, rule.answer);
@@ -124,6 +175,10 @@ namespace {
             ? collected(named.token)
             : zorvan::HTMLStrings::elementName(named.token.element);
         EXPECT_EQ(tree.shortOutline(), filledIn(rule.outline, element));
+        EXPECT_EQ(stackText(tree), filledIn(rule.stack, element));
+        EXPECT_EQ(changesSince(before, mode.mode, tree), rule.changes);
+        const bool isEmpty = tree.stack().getCount() == 0;
+        EXPECT_EQ(context.currentNode, isEmpty ? nullptr : tree.stack().last());
     }
 
 } // namespace

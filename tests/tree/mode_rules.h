@@ -4,6 +4,7 @@
 #include "scanner/token.h"
 #include "tree/tree_construction.h"
 
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -14,21 +15,29 @@ using ModeHandler = int (*)(const Token* token, HtmlFilterContext& context);
 /// A rule of a mode. tokens: separated by blanks; "<p>" and "</p>" are tags, "space" the five white
 /// space characters, "zero" the character 0, "character" others, "null" the null token. "start",
 /// "end" and "any" stand for all tokens of their kind, or all at all, that no rule above names.
-/// outline: what the tree then is, pending text included; "%" is the token's element.
+/// outline: what the tree then is, pending text included; "%" is the token's element. stack: the
+/// open elements from the bottom up, "%" as before. changes: those of framesetOk ("framesetOk=0"),
+/// headElement ("head": it is the head of the tree now), originalInsertionMode ("original": it is
+/// the mode that the token was met in) and rawTextMode ("raw=1"), in this order; what is not named
+/// stays as it was.
 struct ModeRule {
     std::string_view tokens;
     int answer;
     InsertionMode modeAfter;
     bool parseError;
     std::string_view outline;
+    std::string_view stack;
+    std::string_view changes;
 };
 
 /// A mode, the markup that leads to it, and all its rules in the order in which they count.
+/// lenientRawText: 1 for lenient raw text that has just ended.
 struct ModeRules {
     InsertionMode mode;
     ModeHandler handler;
     std::string_view prologue;
     std::vector<ModeRule> rules;
+    std::uint32_t lenientRawText = 0;
 };
 
 /// Tries every token there is - all tags, all kinds of characters, the null token - on a mode, each

@@ -11,6 +11,7 @@
 
 #include <new>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -95,13 +96,102 @@ TEST(NodeConstruction, NoMemoryForATextNode)
     zorvan::failNthAllocation(1);
     expectFailure(13, "CreateAppendPushText(): node creation failed!",
         [&] { CreateAppendPushText(tree.context); });
-    // The text of the node is storage, whose failure has no text.
+    // The copy of the text is the second allocation.
     zorvan::failNthAllocation(2);
-    EXPECT_THROW(CreateAppendPushText(tree.context), std::bad_alloc);
+    expectFailure(13, "CreateAppendPushText(): node creation failed!",
+        [&] { CreateAppendPushText(tree.context); });
     zorvan::clearAllocationFailure();
     EXPECT_EQ(tree.context.pendingText->length, 1);
     CreateAppendPushText(tree.context);
     EXPECT_EQ(tree.shortOutline(), "\"x\"");
+}
+
+TEST(NodeConstruction, TextIsInTheTreeOnceWhateverFails)
+{
+    constexpr std::int32_t kFirstStackCapacity = 128;
+    constexpr std::uint32_t kMost = 20;
+    std::uint32_t failuresBehindTheNode = 0;
+    for (std::uint32_t n = 1; n < kMost; ++n) {
+        TreeContext tree;
+        // The stack has to grow for one more node.
+        while (tree.stack().getCount() < kFirstStackCapacity)
+            Insert(ELEMENT_I, tree.context);
+        const HtmlTreeNode* const current = tree.context.currentNode;
+        tree.context.pendingText->append(u"x");
+        tree.context.pendingTextFoster = 1;
+        zorvan::failNthAllocation(n);
+        bool failed = false;
+        try {
+            FlushPendingText(tree.context);
+        } catch (const std::bad_alloc&) {
+            failed = true;
+        } catch (const zorvan::Exception&) {
+            failed = true;
+        }
+        zorvan::clearAllocationFailure();
+        if (failed && current->childCount == 1) {
+            ++failuresBehindTheNode;
+            EXPECT_EQ(tree.context.pendingTextFoster, 0U);
+        }
+        EXPECT_EQ(tree.context.currentNode, current);
+        FlushPendingText(tree.context);
+        EXPECT_EQ(current->childCount, 1U) << n;
+        EXPECT_EQ(tree.stack().getCount(), kFirstStackCapacity);
+        if (!failed)
+            break;
+    }
+    EXPECT_EQ(failuresBehindTheNode, 1U);
+}
+
+/// Takes pieces of 8 bytes from what the tree has in store, up to so many; answers how many.
+std::uint32_t TakeStorage(HtmlTree& tree, std::uint32_t most = 0xFFFFFFFF)
+{
+    zorvan::failAllocationsFrom(1);
+    std::uint32_t taken = 0;
+    while (taken < most && tree.tryAllocate(8, 8) != nullptr)
+        ++taken;
+    zorvan::clearAllocationFailure();
+    return taken;
+}
+
+TEST(NodeConstruction, NoMemoryForAFosteredNode)
+{
+    TreeContext tree;
+    Insert(ELEMENT_HTML, tree.context);
+    Insert(ELEMENT_TABLE, tree.context);
+    HtmlGenericNodeData* const payload = CreateNodeData(ELEMENT_B, tree.context);
+    TakeStorage(tree.tree);
+    zorvan::failNthAllocation(1);
+    EXPECT_THROW(InsertFostered(payload, tree.context), std::bad_alloc);
+    zorvan::clearAllocationFailure();
+    EXPECT_EQ(tree.tree.nodeCount, 2U);
+    EXPECT_EQ(tree.tree.nextId, 3U);
+    EXPECT_EQ(tree.shortOutline(), "html[table]");
+    InsertFostered(payload, tree.context);
+    EXPECT_EQ(tree.shortOutline(), "html[b table]");
+}
+
+TEST(NodeConstruction, NoMemoryForAFosteredNodeOfAnElement)
+{
+    std::uint32_t pieces = 0;
+    for (const bool isMeasured : {false, true}) {
+        TreeContext tree;
+        Insert(ELEMENT_HTML, tree.context);
+        Insert(ELEMENT_TABLE, tree.context);
+        if (!isMeasured) {
+            pieces = TakeStorage(tree.tree);
+            continue;
+        }
+        // The payload still fits, and the node doesn't.
+        TakeStorage(tree.tree, pieces - static_cast<std::uint32_t>(sizeof(HtmlTagNodeData) / 8));
+        zorvan::failNthAllocation(1);
+        EXPECT_THROW(Insert(ELEMENT_B, tree.context, TOKEN_FOSTER), std::bad_alloc);
+        zorvan::clearAllocationFailure();
+        EXPECT_EQ(tree.stack().getCount(), 2);
+        EXPECT_EQ(tree.context.currentNode, tree.find(ELEMENT_TABLE));
+        Insert(ELEMENT_B, tree.context, TOKEN_FOSTER);
+        EXPECT_EQ(tree.shortOutline(), "html[b table]");
+    }
 }
 
 TEST(NodeConstruction, EveryAllocationMayFail)
@@ -141,6 +231,44 @@ TEST(NodeConstruction, NoTreeStateAbandonsTheFilter)
     EXPECT_EQ(tree.host.calls[0], "SOAbandonFilter 30");
     EXPECT_EQ(tree.payloadOf(*html).declarations, nullptr);
     EXPECT_EQ(tree.context.buildFrames.getCount(), 0);
+}
+
+TEST(NodeConstruction, HostMayGiveUpWhenTheFilterIsAbandoned)
+{
+    TreeContext tree;
+    tree.treeStates.set(0, nullptr);
+    tree.host.throwAt = 1;
+    EXPECT_THROW(Insert(ELEMENT_HTML, tree.context), testing_support::HostGaveUp);
+    EXPECT_EQ(tree.host.calls, std::vector<std::string>{"SOAbandonFilter 30"});
+    // The element stands, and is the one that a host which reads on goes on with.
+    EXPECT_EQ(tree.shortOutline(), "html");
+    EXPECT_EQ(tree.context.currentNode, tree.find(ELEMENT_HTML));
+    EXPECT_EQ(tree.stack().last(), tree.find(ELEMENT_HTML));
+}
+
+TEST(NodeConstruction, FailedListLeavesNoEmptyAttributes)
+{
+    constexpr std::uint32_t kMost = 100;
+    std::uint32_t failures = 0;
+    for (std::uint32_t n = 1; n < kMost; ++n) {
+        TreeContext tree("<html version=v id=a class=b title=c>");
+        zorvan::failNthAllocation(n);
+        try {
+            InsertNode(tree.context);
+        } catch (const std::bad_alloc&) {
+        } catch (const zorvan::Exception&) {
+        }
+        const bool wasReached = zorvan::allocationsSeen() >= n;
+        zorvan::clearAllocationFailure();
+        if ((tree.context.statusFlags & STATUS_OUT_OF_MEMORY) != 0) {
+            EXPECT_EQ(tree.outline(), "html\n");
+            ++failures;
+        }
+        if (!wasReached)
+            break;
+    }
+    // That of the list and that of the buffer.
+    EXPECT_EQ(failures, 2U);
 }
 
 TEST(NodeConstruction, ElementWithoutStyleKeepsItsOwnEmptyList)
@@ -374,6 +502,27 @@ TEST_F(FaultyStyle, ExceptionOfTheAttributePassGivesTheFilterUp)
     }
     // The node stands all the same.
     EXPECT_EQ(tree.shortOutline(), "html");
+}
+
+TEST(NodeConstruction, ExceptionOfEnteringTheStyleGivesTheFilterUp)
+{
+    TreeContext tree;
+    Insert(ELEMENT_HTML, tree.context);
+    // A font that isn't among the names.
+    constexpr std::int32_t kMissingFont = 50;
+    tree.internals.fontTree.fontCount = kMissingFont + 1;
+    tree.internals.fontTree.top = ~kMissingFont;
+    try {
+        Insert(ELEMENT_CODE, tree.context);
+        ADD_FAILURE() << "passes";
+    } catch (const UTBailOut& bailOut) {
+        EXPECT_EQ(bailOut.code, 137U);
+        EXPECT_EQ(bailOut.first, 0U);
+        EXPECT_EQ(bailOut.second, 0U);
+    }
+    EXPECT_EQ(tree.shortOutline(), "html[code]");
+    EXPECT_EQ(tree.context.currentNode, tree.find(ELEMENT_CODE));
+    EXPECT_EQ(tree.context.buildFrames.getCount(), 1);
 }
 
 TEST_F(FaultyStyle, OtherExceptionsLeaveAsTheyAre)

@@ -159,6 +159,16 @@ TEST(StackOperations, PopElementsUntilPopsAtLeastOne)
     EXPECT_EQ(tree.elements(), (Ids{ELEMENT_HTML}));
 }
 
+TEST(StackOperations, PopElementsUntilWhatIsNotThereFails)
+{
+    StackContext tree({ELEMENT_HTML, ELEMENT_P});
+    expectFailure(137, "ArrayList.last(): ArrayList is empty",
+        [&] { PopElementsUntil(ELEMENT_TABLE, tree.context); });
+    EXPECT_EQ(tree.stack().getCount(), 0);
+    EXPECT_EQ(tree.context.currentNode, nullptr);
+    EXPECT_EQ(tree.context.buildFrames.getCount(), 0);
+}
+
 TEST(StackOperations, PopTakesATextNodeThatStandsOnTheStack)
 {
     StackContext tree({ELEMENT_HTML});

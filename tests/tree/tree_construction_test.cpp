@@ -1,18 +1,22 @@
 #include "tree/tree_construction.h"
 
 #include "input/charset.h"
+#include "support/exception.h"
 #include "support/html_names.h"
+#include "support/process_heap.h"
 #include "tests/common/tree_context.h"
 #include "tests/containers/expect_failure.h"
 #include "tree/insertion_modes.h"
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 
 namespace {
 
 using testing_support::expectFailure;
+using testing_support::MemoryStream;
 using testing_support::TreeContext;
 
 TEST(TreeConstruction, InvalidModeFails)
@@ -34,7 +38,62 @@ TEST(TreeConstruction, EveryModeHasItsNumber)
     EXPECT_EQ(static_cast<std::uint32_t>(InsertionMode::AfterAfterFrameset), 22U);
 }
 
+/// Goes on with more markup behind what a context has read.
+void giveMarkup(TreeContext& tree, const std::string& markup)
+{
+    tree.stream.bytes.insert(tree.stream.bytes.end(), markup.begin(), markup.end());
+}
+
+struct DispatchRow {
+    InsertionMode mode;
+    const char* markup;
+    InsertionMode modeAfter;
+    std::uint32_t parseError;
+    const char* outline; ///< what it makes of html[head body]
+};
+
+// Together the rows of a mode tell it from every other that has rules of its own.
+const DispatchRow kDispatched[] = {
+    {InsertionMode::Initial, " <!-- -->", InsertionMode::Initial, 0, "html[head body]"},
+    {InsertionMode::BeforeHtml, "<html>", InsertionMode::BeforeHead, 0, "html[head body[html]]"},
+    {InsertionMode::BeforeHead, "<head>", InsertionMode::InHead, 0, "html[head body[head]]"},
+    {InsertionMode::InHead, "</head>", InsertionMode::AfterHead, 0, "html[head body]"},
+    {InsertionMode::InHead, " </head>", InsertionMode::AfterHead, 0, "html[head body[\" \"]]"},
+    {InsertionMode::InHeadNoscript, "</noscript>", InsertionMode::InHead, 0, "html[head body]"},
+    {InsertionMode::AfterHead, "<body>", InsertionMode::InBody, 0, "html[head body[body]]"},
+    {InsertionMode::InBody, "<i></body>", InsertionMode::AfterBody, 0, "html[head body[i]]"},
+    {InsertionMode::Text, "<i>x", InsertionMode::Text, 0, "html[head body[\"x\"]]"},
+    {InsertionMode::AfterBody, "</html>", InsertionMode::AfterAfterBody, 0, "html[head body]"},
+    {InsertionMode::AfterBody, "<i>", InsertionMode::InBody, 1, "html[head body[i]]"},
+    {InsertionMode::InFrameset, "<frame><frame>", InsertionMode::InFrameset, 0,
+        "html[head body[frame frame]]"},
+    {InsertionMode::AfterFrameset, "</html>", InsertionMode::AfterAfterFrameset, 0,
+        "html[head body]"},
+    {InsertionMode::AfterAfterBody, " ", InsertionMode::AfterAfterBody, 0,
+        "html[head body[\" \"]]"},
+    {InsertionMode::AfterAfterBody, "</html>", InsertionMode::AfterAfterBody, 1, "html[head body]"},
+    {InsertionMode::AfterAfterFrameset, "</html>", InsertionMode::AfterAfterFrameset, 1,
+        "html[head body]"},
+    {InsertionMode::AfterAfterFrameset, "<noframes>", InsertionMode::Text, 0,
+        "html[head body[noframes]]"},
+};
+
 TEST(TreeConstruction, EveryModeIsDispatched)
+{
+    for (const DispatchRow& row : kDispatched) {
+        SCOPED_TRACE(std::to_string(static_cast<std::uint32_t>(row.mode)) + " " + row.markup);
+        TreeContext tree("<head></head><body>");
+        tree.build();
+        SetInsertionMode(row.mode, tree.context);
+        giveMarkup(tree, row.markup);
+        tree.build();
+        EXPECT_EQ(tree.context.insertionMode, static_cast<std::uint32_t>(row.modeAfter));
+        EXPECT_EQ(tree.context.parseError, row.parseError);
+        EXPECT_EQ(tree.shortOutline(), row.outline);
+    }
+}
+
+TEST(TreeConstruction, EveryModeHasAHandler)
 {
     for (std::uint32_t mode = 1; mode <= 22; ++mode) {
         SCOPED_TRACE(mode);
@@ -43,11 +102,9 @@ TEST(TreeConstruction, EveryModeIsDispatched)
         tree.context.insertionMode = mode;
         tree.context.originalInsertionMode = static_cast<std::uint32_t>(InsertionMode::InBody);
         // What is read now leaves every mode sound, whatever it makes of it.
-        tree.stream.bytes = {' '};
-        tree.stream.position = 0;
-        tree.block.bytesValid = 0;
-        tree.block.bytesLeft = 0;
+        giveMarkup(tree, " ");
         EXPECT_NO_THROW(tree.build());
+        EXPECT_EQ(tree.stream.position, static_cast<std::int64_t>(tree.stream.bytes.size()));
         EXPECT_EQ(tree.context.insertionMode, mode);
     }
 }
@@ -119,6 +176,8 @@ const DocumentRow kDocuments[] = {
     {"a surplus end of a frameset", "<frameset></frameset></frameset>", "html[head frameset]", 1},
     {"noframes", "<frameset></frameset><noframes><p></noframes></html> ",
         "html[head frameset noframes[\"<p>\"] \" \"]", 0},
+    {"white space around the end of html behind frames is one text",
+        "<frameset></frameset> </html> ", "html[head frameset \"  \"]", 0},
     {"noscript in the head", "<head><noscript><link>x</noscript>",
         "html[head[noscript[link]] body[\"x\"]]", 1},
     {"a cut tag is text", "<p>a<b", "html[head body[p[\"a<b\"]]]", 0},
@@ -147,6 +206,87 @@ TEST(TreeConstruction, BufferSizeChangesNothing)
             EXPECT_EQ(tree.context.parseError, row.parseError) << bufferSize;
         }
     }
+}
+
+/// A document that a failure interrupts in the middle of a read of its stream.
+class InterruptedReads : public ::testing::Test {
+protected:
+    ~InterruptedReads() override { context_ = nullptr; }
+
+    /// Builds to the failure, which the n-th read brings, from 1.
+    void buildUntilRead(TreeContext& tree, std::uint32_t n)
+    {
+        context_ = &tree.context;
+        originals_ = tree.stream.operations;
+        StreamOperations operations = *originals_;
+        operations.read = readAndFail;
+        failingRead_ = n;
+        tree.stream.operations = &operations;
+        InsertNode(tree.context);
+        tree.stream.operations = originals_;
+        EXPECT_EQ(tree.context.statusFlags, STATUS_OUT_OF_MEMORY);
+        tree.context.statusFlags = 0;
+    }
+
+private:
+    static std::int32_t readAndFail(
+        HostStream* stream, void* buffer, std::uint32_t size, std::uint32_t* count)
+    {
+        const std::int32_t answer = originals_->read(stream, buffer, size, count);
+        if (static_cast<MemoryStream*>(stream)->calls.reads == failingRead_)
+            context_->statusFlags |= STATUS_OUT_OF_MEMORY;
+        return answer;
+    }
+
+    static inline HtmlFilterContext* context_ = nullptr;
+    static inline const StreamOperations* originals_ = nullptr;
+    static inline std::uint32_t failingRead_ = 0;
+};
+
+TEST_F(InterruptedReads, TokenIsDroppedAndTheTextInFrontOfItKept)
+{
+    TreeContext tree("abcdefgh", 0x9000, /*bufferSize=*/4);
+    buildUntilRead(tree, 2);
+    EXPECT_EQ(tree.shortOutline(), "html[head body[\"abcd\"]]");
+    tree.build();
+    EXPECT_EQ(tree.shortOutline(), "html[head body[\"abcd\" \"fgh\"]]");
+}
+
+TEST_F(InterruptedReads, TextInFrontOfAnInterruptedScriptIsKept)
+{
+    TreeContext tree("ab<script>cde</script>fg", 0x9000, /*bufferSize=*/4);
+    buildUntilRead(tree, 4);
+    EXPECT_EQ(tree.shortOutline(), "html[head body[\"ab\"]]");
+    tree.build();
+    EXPECT_EQ(tree.shortOutline(), "html[head body[\"ab\" \"fg\"]]");
+}
+
+TEST(TreeConstruction, TokenToBeProcessedAgainOutlivesAFailure)
+{
+    constexpr std::uint32_t kMost = 100;
+    std::uint32_t interrupted = 0;
+    for (std::uint32_t n = 1; n < kMost; ++n) {
+        TreeContext tree("ab<p>cd");
+        zorvan::failNthAllocation(n);
+        try {
+            InsertNode(tree.context);
+        } catch (const std::bad_alloc&) {
+        } catch (const zorvan::Exception&) {
+        }
+        const bool wasReached = zorvan::allocationsSeen() >= n;
+        zorvan::clearAllocationFailure();
+        if (!wasReached)
+            break;
+        if (tree.context.statusFlags != STATUS_OUT_OF_MEMORY)
+            continue;
+        ++interrupted;
+        tree.context.statusFlags = 0;
+        InsertNode(tree.context);
+        EXPECT_EQ(tree.shortOutline(), "html[head body[\"ab\" p[\"cd\"]]]") << n;
+        EXPECT_FALSE(tree.internals.hasRetryToken);
+    }
+    // The lists of html, head, body and p.
+    EXPECT_EQ(interrupted, 4U);
 }
 
 TEST(TreeConstruction, SkeletonOfAFragment)
