@@ -67,10 +67,20 @@ struct StreamCalls {
     {
         DocumentStream& document = of(stream);
         *count = 0;
-        if (!document.readAt(document.position_, buffer, size, *count))
+        if (!document.readAt(document.position_, buffer, size, *count)) {
+            keepFailure(document, errno);
             return kFailed;
+        }
         document.position_ += *count;
         return kDone;
+    }
+
+    static void keepFailure(DocumentStream& failed, int reason)
+    {
+        for (DocumentStream* each = &failed; each != nullptr; each = each->parent_) {
+            if (each->readFailure_ == 0)
+                each->readFailure_ = reason;
+        }
     }
 
     static std::int32_t seekWide(::HostStream* stream, std::uint32_t origin, std::int64_t position)

@@ -1,5 +1,7 @@
 #include "host/module.h"
 
+#include "support/exception.h"
+
 #include <algorithm>
 #include <dlfcn.h>
 
@@ -26,6 +28,23 @@ namespace {
 
 } // namespace
 
+std::string describeThrown()
+{
+    try {
+        throw;
+    } catch (const zorvan::Exception& exception) {
+        const char* message = exception.message();
+        return "exception " + std::to_string(exception.code())
+            + (message == nullptr ? "" : ": " + std::string(message));
+    } catch (const UTBailOut& bailOut) {
+        return "bail-out " + std::to_string(bailOut.code);
+    } catch (const std::exception& exception) {
+        return exception.what();
+    } catch (...) {
+        return "something unknown";
+    }
+}
+
 void Module::Unload::operator()(void* library) const { dlclose(library); }
 
 Module::Module(const std::string& path)
@@ -51,13 +70,42 @@ void Module::fail(const std::string& reason) const
     throw ModuleError("module '" + path_ + "' " + reason);
 }
 
-void Module::fillEntryPoints()
+void Module::failForThrown(const std::string& thrown) const
+{
+    fail("answers wrongly: it threw " + thrown);
+}
+
+// The handler ends, and the exception with it, while the module that it may belong to is loaded.
+bool Module::info(void* result, std::uint16_t code) const
+{
+    std::string thrown;
+    try {
+        return entry_.getInfo(result, code) == 1;
+    } catch (...) {
+        thrown = describeThrown();
+    }
+    failForThrown(thrown);
+}
+
+void Module::fillTable(FilterEntryTable& table) const
 {
     const auto getRtns = reinterpret_cast<VwGetRtnsEntry>(dlsym(library_.get(), "VwGetRtns"));
     if (getRtns == nullptr)
         fail("is no filter: it has no VwGetRtns");
+    std::string thrown;
+    try {
+        getRtns(table.slots, FILTER_TABLE_GENERATION);
+        return;
+    } catch (...) {
+        thrown = describeThrown();
+    }
+    failForThrown(thrown);
+}
+
+void Module::fillEntryPoints()
+{
     FilterEntryTable table = {};
-    getRtns(table.slots, FILTER_TABLE_GENERATION);
+    fillTable(table);
     const bool complete = takeSlot(entry_.streamOpen, table, SLOT_STREAM_OPEN)
         && takeSlot(entry_.streamSection, table, SLOT_STREAM_SECTION)
         && takeSlot(entry_.streamRead, table, SLOT_STREAM_READ)
@@ -80,13 +128,13 @@ void Module::fillEntryPoints()
 void Module::checkAnswers()
 {
     std::uint32_t probe = 0;
-    if (entry_.getInfo(&probe, INFO_BYTE_ORDER) != 1 || probe != INFO_BYTE_ORDER_PROBE)
+    if (!info(&probe, INFO_BYTE_ORDER) || probe != INFO_BYTE_ORDER_PROBE)
         fail("answers wrongly: its byte order is not this machine's");
     std::uint16_t count = 0;
-    if (entry_.getInfo(&count, INFO_FILE_TYPE_COUNT) != 1 || count == 0)
+    if (!info(&count, INFO_FILE_TYPE_COUNT) || count == 0)
         fail("answers wrongly: it has no file types");
     fileTypes_.assign(kFileTypeCapacity, 0);
-    if (entry_.getInfo(fileTypes_.data(), INFO_FILE_TYPES) != 1)
+    if (!info(fileTypes_.data(), INFO_FILE_TYPES))
         fail("answers wrongly: it does not tell its file types");
     fileTypes_.resize(count);
     fileTypes_.shrink_to_fit();

@@ -16,6 +16,10 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// What the exception at hand says, for a message; to be called within its handler. The text is a
+/// copy, good when the module that threw is gone.
+std::string describeThrown();
+
 /// The entry points of a module, as types.
 struct EntryPoints {
     VwStreamOpenEntry streamOpen = nullptr;
@@ -50,8 +54,14 @@ public:
     /// The file types that the module accepts, in its order; at least one.
     const std::vector<std::uint16_t>& fileTypes() const { return fileTypes_; }
     bool acceptsFileType(std::uint16_t fileType) const;
+    /// Asks VwGetInfo; false when the module does not answer the code. Throws ModuleError when it
+    /// throws.
+    bool info(void* result, std::uint16_t code) const;
+    /// Throws ModuleError that tells what a module's entry point has thrown.
+    [[noreturn]] void failForThrown(const std::string& thrown) const;
 
 private:
+    void fillTable(FilterEntryTable& table) const;
     void fillEntryPoints();
     void checkAnswers();
     [[noreturn]] void fail(const std::string& reason) const;

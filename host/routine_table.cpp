@@ -2,6 +2,7 @@
 
 #include <iterator>
 #include <string_view>
+#include <tuple>
 
 namespace host {
 
@@ -236,9 +237,30 @@ namespace {
         void* routine;
     };
 
+    /// A routine that keeps in the session what it throws: only so can the host tell its own
+    /// failures from those of a module that throws on its own, or that swallows them.
+    template <auto Routine> struct Keeping;
+    template <typename Answer, typename... Arguments, Answer (*Routine)(Arguments...)>
+    struct Keeping<Routine> {
+        static Answer call(Arguments... arguments)
+        {
+            try {
+                return Routine(arguments...);
+            } catch (...) {
+                constexpr std::size_t kUserData1 = sizeof...(Arguments) - 2;
+                auto& session
+                    = *static_cast<HostSession*>(std::get<kUserData1>(std::tie(arguments...)));
+                if (session.failure == nullptr)
+                    session.failure = std::current_exception();
+                throw;
+            }
+        }
+    };
+
     /// A routine under its id; the type is that of the interface, so that a wrong signature shows.
-    template <typename Type> RoutineRow row(std::int16_t id, Type routine)
+    template <typename Type, auto Routine> RoutineRow row(std::int16_t id)
     {
+        const Type routine = Keeping<Routine>::call;
         return {id, reinterpret_cast<void*>(routine)};
     }
 
@@ -247,40 +269,40 @@ namespace {
 void installRoutines(const Module& module, HostSession& session, HtmlFilterContext* context)
 {
     const RoutineRow rows[] = {
-        row<SOEmitSpecialRoutine>(SO_EMIT_SPECIAL, emitSpecial),
-        row<SOSetFontHeightRoutine>(SO_SET_FONT_HEIGHT, setFontHeight),
-        row<SOEmitBreakRoutine>(SO_EMIT_BREAK, emitBreak),
-        row<SOAnnounceSectionRoutine>(SO_ANNOUNCE_SECTION, announceSection),
-        row<SOAbandonFilterRoutine>(SO_ABANDON_FILTER, abandonFilter),
-        row<SOSelectFontRoutine>(SO_SELECT_FONT, selectFont),
-        row<SOSetLineSpacingRoutine>(SO_SET_LINE_SPACING, setLineSpacing),
-        row<SODefineFontRoutine>(SO_DEFINE_FONT, defineFont),
-        row<SOFinishTableRoutine>(SO_FINISH_TABLE, finishTable),
-        row<SOPlaceGraphicRoutine>(SO_PLACE_GRAPHIC, placeGraphic),
-        row<SOPlaceRuleRoutine>(SO_PLACE_RULE, placeRule),
-        row<SOBeginTaggedRoutine>(SO_BEGIN_TAGGED, beginTagged),
-        row<SOEndTaggedRoutine>(SO_END_TAGGED, endTagged),
-        row<SOStoreStringRoutine>(SO_STORE_STRING, storeString),
-        row<SOSetPageBordersRoutine>(SO_SET_PAGE_BORDERS, setPageBorders),
-        row<SOSetParagraphBorderRoutine>(SO_SET_PARAGRAPH_BORDER, setParagraphBorder),
-        row<SOSetParagraphShadingRoutine>(SO_SET_PARAGRAPH_SHADING, setParagraphShading),
-        row<SOSetTextColorRoutine>(SO_SET_TEXT_COLOR, setTextColor),
-        row<SOSetBackColorRoutine>(SO_SET_BACK_COLOR, setBackColor),
-        row<SOBeginReferenceRoutine>(SO_BEGIN_REFERENCE, beginReference),
-        row<SOSetExtraPropertyRoutine>(SO_SET_EXTRA_PROPERTY, setExtraProperty),
-        row<SOAttachReferenceRoutine>(SO_ATTACH_REFERENCE, attachReference),
-        row<SODefineTableRoutine>(SO_DEFINE_TABLE, defineTable),
-        row<SODefineTableCellRoutine>(SO_DEFINE_TABLE_CELL, defineTableCell),
-        row<SODefineTableRowRoutine>(SO_DEFINE_TABLE_ROW, defineTableRow),
-        row<SOEmitTextRoutine>(SO_EMIT_TEXT, emitText),
-        row<SOReserveCharsRoutine>(SO_RESERVE_CHARS, reserveChars),
-        row<SOCommitCharsRoutine>(SO_COMMIT_CHARS, commitChars),
-        row<SOMarkSourceTagRoutine>(SO_MARK_SOURCE_TAG, markSourceTag),
-        row<SOSetPropertyRoutine>(SO_SET_PROPERTY, setProperty),
-        row<SOAnnounceFeaturesRoutine>(SO_ANNOUNCE_FEATURES, announceFeatures),
-        row<SOAddReferencePartRoutine>(SO_ADD_REFERENCE_PART, addReferencePart),
-        row<SOEndReferenceRoutine>(SO_END_REFERENCE, endReference),
-        row<SOEmitTextAtRoutine>(SO_EMIT_TEXT_AT, emitTextAt),
+        row<SOEmitSpecialRoutine, emitSpecial>(SO_EMIT_SPECIAL),
+        row<SOSetFontHeightRoutine, setFontHeight>(SO_SET_FONT_HEIGHT),
+        row<SOEmitBreakRoutine, emitBreak>(SO_EMIT_BREAK),
+        row<SOAnnounceSectionRoutine, announceSection>(SO_ANNOUNCE_SECTION),
+        row<SOAbandonFilterRoutine, abandonFilter>(SO_ABANDON_FILTER),
+        row<SOSelectFontRoutine, selectFont>(SO_SELECT_FONT),
+        row<SOSetLineSpacingRoutine, setLineSpacing>(SO_SET_LINE_SPACING),
+        row<SODefineFontRoutine, defineFont>(SO_DEFINE_FONT),
+        row<SOFinishTableRoutine, finishTable>(SO_FINISH_TABLE),
+        row<SOPlaceGraphicRoutine, placeGraphic>(SO_PLACE_GRAPHIC),
+        row<SOPlaceRuleRoutine, placeRule>(SO_PLACE_RULE),
+        row<SOBeginTaggedRoutine, beginTagged>(SO_BEGIN_TAGGED),
+        row<SOEndTaggedRoutine, endTagged>(SO_END_TAGGED),
+        row<SOStoreStringRoutine, storeString>(SO_STORE_STRING),
+        row<SOSetPageBordersRoutine, setPageBorders>(SO_SET_PAGE_BORDERS),
+        row<SOSetParagraphBorderRoutine, setParagraphBorder>(SO_SET_PARAGRAPH_BORDER),
+        row<SOSetParagraphShadingRoutine, setParagraphShading>(SO_SET_PARAGRAPH_SHADING),
+        row<SOSetTextColorRoutine, setTextColor>(SO_SET_TEXT_COLOR),
+        row<SOSetBackColorRoutine, setBackColor>(SO_SET_BACK_COLOR),
+        row<SOBeginReferenceRoutine, beginReference>(SO_BEGIN_REFERENCE),
+        row<SOSetExtraPropertyRoutine, setExtraProperty>(SO_SET_EXTRA_PROPERTY),
+        row<SOAttachReferenceRoutine, attachReference>(SO_ATTACH_REFERENCE),
+        row<SODefineTableRoutine, defineTable>(SO_DEFINE_TABLE),
+        row<SODefineTableCellRoutine, defineTableCell>(SO_DEFINE_TABLE_CELL),
+        row<SODefineTableRowRoutine, defineTableRow>(SO_DEFINE_TABLE_ROW),
+        row<SOEmitTextRoutine, emitText>(SO_EMIT_TEXT),
+        row<SOReserveCharsRoutine, reserveChars>(SO_RESERVE_CHARS),
+        row<SOCommitCharsRoutine, commitChars>(SO_COMMIT_CHARS),
+        row<SOMarkSourceTagRoutine, markSourceTag>(SO_MARK_SOURCE_TAG),
+        row<SOSetPropertyRoutine, setProperty>(SO_SET_PROPERTY),
+        row<SOAnnounceFeaturesRoutine, announceFeatures>(SO_ANNOUNCE_FEATURES),
+        row<SOAddReferencePartRoutine, addReferencePart>(SO_ADD_REFERENCE_PART),
+        row<SOEndReferenceRoutine, endReference>(SO_END_REFERENCE),
+        row<SOEmitTextAtRoutine, emitTextAt>(SO_EMIT_TEXT_AT),
     };
     static_assert(std::size(rows) == 34);
     module.entry().setUser(&session, nullptr, context);

@@ -4,6 +4,7 @@
 #include "host/module.h"
 
 #include <cstdint>
+#include <exception>
 #include <string>
 
 namespace host {
@@ -30,6 +31,7 @@ struct HostSession {
     std::uint32_t nextReference = kFirstReference;
     std::uint32_t nextRow = kFirstRow;
     std::uint32_t nextCell = kFirstCell;
+    std::exception_ptr failure = nullptr; ///< what a routine of the host threw first; null for none
     std::u16string reserved = {}; ///< the buffer of SOReserveChars
 };
 

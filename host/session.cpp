@@ -4,7 +4,9 @@
 #include "support/engine_options.h"
 #include "support/exception.h"
 
+#include <cerrno>
 #include <cstddef>
+#include <cstring>
 #include <exception>
 #include <new>
 
@@ -14,8 +16,7 @@ namespace {
 
     constexpr std::uint32_t kOutOfMemory = 13;
 
-    // A read that is short of memory returns without a call and may be tried again; one that never
-    // says anything is a module at fault.
+    // A read that is short of memory returns without a call and may be tried again.
     constexpr int kMostSilentReads = 16;
 
     /// What OpenRecord.optionOwner points to.
@@ -47,7 +48,7 @@ namespace {
             installRoutines(module_, session_, context_);
             open(options);
             entry_.streamSection(block_, context_);
-            session_.sink.sectionStarted();
+            tell([this] { session_.sink.sectionStarted(); });
             readToEnd();
         }
 
@@ -91,13 +92,36 @@ namespace {
             int silentReads = 0;
             while (!session_.documentEnded) {
                 const std::uint64_t callsBefore = session_.calls;
+                errno = 0;
                 const std::uint16_t result = entry_.streamRead(block_, context_);
-                session_.sink.readReturned(result);
+                const bool outOfMemory = errno == ENOMEM;
+                tell([this, result] { session_.sink.readReturned(result); });
                 silentReads = session_.calls == callsBefore ? silentReads + 1 : 0;
                 if (silentReads == kMostSilentReads)
-                    throw ModuleError("module '" + module_.path()
-                        + "' answers wrongly: it reads on without ending the document");
+                    giveUp(outOfMemory);
             }
+        }
+
+        /// Tells the sink what the host itself has to tell; what it throws is kept like that of a
+        /// routine.
+        template <typename Call> void tell(Call call)
+        {
+            try {
+                call();
+            } catch (...) {
+                session_.failure = std::current_exception();
+                throw;
+            }
+        }
+
+        /// Ends a document of which nothing more is told. A read does not say why it came back
+        /// without a call; when its blocks were refused, the system has said so.
+        [[noreturn]] void giveUp(bool outOfMemory) const
+        {
+            if (outOfMemory)
+                throw std::bad_alloc();
+            throw ModuleError("module '" + module_.path()
+                + "' answers wrongly: it reads on without ending the document");
         }
 
         const EntryPoints& entry_;
@@ -110,22 +134,27 @@ namespace {
         bool opened_ = false;
     };
 
+    /// Stands for an exception of another language, which can't be kept.
+    struct OtherException { };
+
     /// Makes the call; keeps what it throws, unless something has been kept before.
     template <typename Call> void attempt(std::exception_ptr& failure, Call call)
     {
         try {
             call();
         } catch (...) {
+            if (failure != nullptr)
+                return;
+            failure = std::current_exception();
             if (failure == nullptr)
-                failure = std::current_exception();
+                failure = std::make_exception_ptr(OtherException());
         }
     }
 
-    /// Tells a failure of the filter; any other is thrown on.
-    Outcome outcomeOf(const std::exception_ptr& failure)
+    /// Tells a failure of the filter; one that no filter has is the module's.
+    Outcome outcomeOf(const std::exception_ptr& failure, const Module& module)
     {
-        if (failure == nullptr)
-            return {};
+        std::string thrown;
         try {
             std::rethrow_exception(failure);
         } catch (const zorvan::Exception& exception) {
@@ -137,6 +166,25 @@ namespace {
             return {Outcome::Kind::Abandoned, abandon.code, {}};
         } catch (const std::bad_alloc&) {
             return {Outcome::Kind::Exception, kOutOfMemory, "out of memory"};
+        } catch (const ModuleError&) {
+            throw;
+        } catch (...) {
+            thrown = describeThrown();
+        }
+        module.failForThrown(thrown);
+    }
+
+    /// True for what ends a conversion in order: the filter's own request, or no memory.
+    bool isOutcome(const std::exception_ptr& hostFailure)
+    {
+        try {
+            std::rethrow_exception(hostFailure);
+        } catch (const AbandonError&) {
+            return true;
+        } catch (const std::bad_alloc&) {
+            return true;
+        } catch (...) {
+            return false;
         }
     }
 
@@ -152,7 +200,14 @@ Outcome convert(
     attempt(failure, [&] { document.closeStream(); });
     attempt(failure, [&] { document.takeDown(); });
     attempt(failure, [&] { document.free(); });
-    const Outcome outcome = outcomeOf(failure);
+    // A failure of the host itself counts for more than what the module made of it.
+    if (session.failure != nullptr && !isOutcome(session.failure))
+        std::rethrow_exception(session.failure);
+    if (stream.readFailure() != 0)
+        throw ReadError(std::strerror(stream.readFailure()));
+    if (session.failure != nullptr)
+        failure = session.failure;
+    const Outcome outcome = failure == nullptr ? Outcome{} : outcomeOf(failure, module);
     sink.conversionEnded(outcome);
     return outcome;
 }

@@ -44,7 +44,8 @@ struct Outcome {
 /// Converts one document: opens it, reads until the filter says that it has ended, and closes it,
 /// on each way out. Options of the engine have to be set before (GlobalOptionScope). What the
 /// filter throws becomes the outcome; what the sink throws comes out of here, behind the closing.
-/// Throws ModuleError when the module goes on without ever saying anything.
+/// Throws ReadError when the document could not be read, and ModuleError when the module goes on
+/// without ever saying anything or throws what no filter does; the sink is not told the end then.
 Outcome convert(
     const Module& module, DocumentStream& stream, const ConversionOptions& options, HostSink& sink);
 

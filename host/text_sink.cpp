@@ -50,6 +50,7 @@ TextSink::TextSink(ByteWriter& writer, Properties properties)
 
 void TextSink::emitSpecial(std::uint16_t code)
 {
+    settle();
     if (code == SPECIAL_TAB) {
         // A tab within a row would look like one more column.
         add(rowDepth_ == 0 ? "\t" : " ");
@@ -65,6 +66,7 @@ void TextSink::emitSpecial(std::uint16_t code)
 
 bool TextSink::emitBreak(std::uint16_t kind, std::uint32_t)
 {
+    settle();
     gapOpen_ = false;
     if (!openProperties_.empty()) {
         add(" ");
@@ -88,6 +90,7 @@ bool TextSink::emitBreak(std::uint16_t kind, std::uint32_t)
 
 void TextSink::beginTagged(std::uint32_t tag, std::uint32_t, const void* record)
 {
+    settle();
     gapOpen_ = false;
     if (tag == TAG_FIELD) {
         Property property;
@@ -101,6 +104,7 @@ void TextSink::beginTagged(std::uint32_t tag, std::uint32_t, const void* record)
 
 void TextSink::endTagged(std::uint32_t tag, std::uint32_t)
 {
+    settle();
     gapOpen_ = false;
     if (openProperties_.empty())
         return;
@@ -126,6 +130,7 @@ void TextSink::finishProperty()
 
 void TextSink::defineTableRow(const TableRowRecord*, std::uint32_t)
 {
+    settle();
     gapOpen_ = false;
     ++rowDepth_;
     if (rowDepth_ > 1) {
@@ -143,6 +148,7 @@ void TextSink::defineTableRow(const TableRowRecord*, std::uint32_t)
 // Only the cells of an outermost table are columns; those of a table within a cell are words of it.
 void TextSink::defineTableCell(const TableCellRecord*, std::uint32_t)
 {
+    settle();
     gapOpen_ = false;
     if (rowDepth_ != 1) {
         blankDue_ = rowDepth_ != 0;
@@ -168,6 +174,14 @@ void TextSink::commitChars(std::u16string_view text, std::uint32_t charSetId)
 void TextSink::emitTextAt(std::u16string_view text, std::uint32_t charSetId, std::uint32_t)
 {
     addText(text, charSetId);
+}
+
+// Ends the run of text: half a character that it left waits no longer.
+void TextSink::settle()
+{
+    run_.clear();
+    converter_.flush(run_);
+    add(run_);
 }
 
 void TextSink::addText(std::u16string_view text, std::uint32_t charSetId)
@@ -243,6 +257,7 @@ void TextSink::flush()
 
 void TextSink::conversionEnded(const Outcome&)
 {
+    settle();
     if (!propertyLines_.empty())
         writer_.write(propertyLines_);
     if (anyText_)

@@ -50,6 +50,7 @@ private:
         bool inName = false; ///< within that stretch
     };
 
+    void settle();
     void addText(std::u16string_view text, std::uint32_t charSetId);
     void add(std::string_view bytes);
     void addToLine(std::string_view bytes);

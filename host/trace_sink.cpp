@@ -10,6 +10,8 @@ namespace host {
 namespace {
 
     constexpr std::size_t kFlushSize = 64 * 1024;
+    // Room for the last line, which may have to tell that there is no memory.
+    constexpr std::size_t kFirstCapacity = 4 * 1024;
     constexpr std::uint32_t kTagRecordSizeMask = 0xFFFF;
 
     void appendNumber(std::string& out, std::uint64_t value)
@@ -33,6 +35,7 @@ namespace {
 TraceSink::TraceSink(ByteWriter& writer)
     : writer_(writer)
 {
+    pending_.reserve(kFirstCapacity);
 }
 
 TraceSink& TraceSink::begin(std::string_view name)
@@ -110,6 +113,7 @@ void TraceSink::answer(std::uint32_t value)
 void TraceSink::end()
 {
     pending_.push_back('\n');
+    wholeLines_ = pending_.size();
     if (pending_.size() >= kFlushSize)
         flush();
 }
@@ -118,6 +122,7 @@ void TraceSink::flush()
 {
     writer_.write(pending_);
     pending_.clear();
+    wholeLines_ = 0;
 }
 
 void TraceSink::emitSpecial(std::uint16_t code) { begin("SOEmitSpecial").number(code).end(); }
@@ -291,6 +296,10 @@ void TraceSink::readReturned(std::uint16_t result) { begin("== read ->").number(
 
 void TraceSink::conversionEnded(const Outcome& outcome)
 {
+    // A line may have broken off for want of memory; what was written before makes room.
+    pending_.resize(wholeLines_);
+    if (outcome.kind != Outcome::Kind::Finished)
+        flush();
     switch (outcome.kind) {
     case Outcome::Kind::Finished:
         break;

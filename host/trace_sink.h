@@ -70,6 +70,7 @@ private:
 
     ByteWriter& writer_;
     std::string pending_;
+    std::size_t wholeLines_ = 0; // bytes of pending_ that are whole lines
 };
 
 } // namespace host

@@ -6,6 +6,7 @@
 #include "output/node_values.h"
 #include "output/tree_walk.h"
 #include "scanner/char_refs.h"
+#include "support/unit_words.h"
 #include "support/wstring.h"
 
 #include <algorithm>
@@ -20,6 +21,8 @@ constexpr std::int32_t kPieceOfLongRun = 65'534;
 
 constexpr std::uint32_t kFirstSurrogate = 0xD800;
 constexpr std::uint32_t kLastSurrogate = 0xDFFF;
+/// The bits in which all surrogates agree.
+constexpr std::uint32_t kSurrogateBits = 0xF800;
 constexpr std::uint32_t kLastPlaneUnit = 0xFFFF;
 constexpr std::uint32_t kLastCodePoint = 0x10'FFFF;
 
@@ -69,6 +72,23 @@ bool isSpace(char16_t unit)
 {
     return unit < kClassCount && (kUnitClasses[unit] & (UNIT_SPACE | UNIT_BLANK)) != 0;
 }
+
+/// Whether the next four units are ordinary in every set but HZ, where "~" is none. False is no
+/// statement. The unit in front of them is looked at too: only behind a blank is a blank special.
+bool areOrdinary(const char16_t* units)
+{
+    using zorvan::kEveryUnit;
+    using zorvan::markZeroUnits;
+    const std::uint64_t word = zorvan::unitWordAt(units);
+    const std::uint64_t previous = zorvan::unitWordAt(units - 1);
+    const std::uint64_t blanks = kBlank * kEveryUnit;
+    const std::uint64_t others = markZeroUnits(word & 0xFFE0 * kEveryUnit) // below the blank
+        | markZeroUnits(word ^ u'&' * kEveryUnit)
+        | markZeroUnits((word ^ blanks) | (previous ^ blanks));
+    return others == 0;
+}
+
+constexpr std::ptrdiff_t kWord = zorvan::kUnitsOfWord;
 
 bool isSurrogate(std::uint32_t unit) { return unit >= kFirstSurrogate && unit <= kLastSurrogate; }
 
@@ -120,19 +140,29 @@ private:
         return context_.lastChar;
     }
 
-    /// Appends units up to the next one that needs a look of its own. A blank behind anything but a
-    /// blank is as good as a letter.
+    /// Whether a unit needs a look of its own. A blank behind anything but a blank is as good as a
+    /// letter.
+    bool isSpecial(char16_t unit, char16_t previous) const
+    {
+        return unit < kClassCount && (kUnitClasses[unit] & special_) != 0
+            && (unit != kBlank || previous == kBlank);
+    }
+
+    /// Appends units up to the next one that needs a look of its own.
     void takeOrdinary()
     {
-        const char16_t* const start = at_;
-        char16_t previous = previousUnit();
-        while (at_ != end_) {
-            const char16_t unit = *at_;
-            if (unit < kClassCount && (kUnitClasses[unit] & special_) != 0
-                && (unit != kBlank || previous == kBlank))
+        if (isSpecial(*at_, previousUnit()))
+            return;
+        const char16_t* const start = at_++;
+        const bool inWords = (special_ & UNIT_TILDE) == 0;
+        for (;;) {
+            while (inWords && end_ - at_ >= kWord && areOrdinary(at_))
+                at_ += kWord;
+            const char16_t* const stop = at_ + std::min(kWord, end_ - at_);
+            while (at_ != stop && !isSpecial(*at_, at_[-1]))
+                ++at_;
+            if (at_ != stop || at_ == end_)
                 break;
-            previous = unit;
-            ++at_;
         }
         run_.append(start, static_cast<std::int32_t>(at_ - start));
     }
@@ -369,11 +399,22 @@ void deliverLongRun(const zorvan::WString& run, HtmlFilterContext& context)
     }
 }
 
+const char16_t* findSurrogate(const char16_t* units, const char16_t* end)
+{
+    using zorvan::kEveryUnit;
+    for (; end - units >= kWord; units += kWord) {
+        const std::uint64_t high = zorvan::unitWordAt(units) & kSurrogateBits * kEveryUnit;
+        if (zorvan::markZeroUnits(high ^ kFirstSurrogate * kEveryUnit) != 0)
+            break;
+    }
+    return std::find_if(units, end, isSurrogate);
+}
+
 /// Drops the surrogates of a run in place; answers the units that stay.
 std::int32_t dropSurrogates(const zorvan::WString& run)
 {
     const char16_t* const end = run.data + run.length;
-    const char16_t* const found = std::find_if(run.data, end, isSurrogate);
+    const char16_t* const found = findSurrogate(run.data, end);
     if (found == end)
         return run.length;
     // The run owns its units; it is emptied as soon as they have gone out.

@@ -72,7 +72,7 @@ namespace {
     std::string answerOf(const Module& module, const InfoRow& row)
     {
         char buffer[256] = {};
-        if (module.entry().getInfo(buffer, row.code) != 1)
+        if (!module.info(buffer, row.code))
             return "not answered";
         std::uint16_t word16 = 0;
         std::uint32_t word32 = 0;
@@ -98,6 +98,14 @@ namespace {
         return text;
     }
 
+    void appendCharsets(std::string& text, CharsetUse use)
+    {
+        for (const CharsetRow& row : charsetTable()) {
+            if (row.use == use)
+                text += "  " + hexadecimal(row.id) + "  " + row.name + "\n";
+        }
+    }
+
     std::string report(const Module& module)
     {
         std::string text = "Module: " + module.path() + "\n\nVwGetInfo:\n";
@@ -108,8 +116,9 @@ namespace {
         for (const std::uint16_t fileType : module.fileTypes())
             text += "  " + padded(std::to_string(fileType), 6) + nameOfFileType(fileType) + "\n";
         text += "\nCharacter sets (--charset):\n";
-        for (const CharsetRow& row : charsetTable())
-            text += "  " + hexadecimal(row.id) + "  " + row.name + "\n";
+        appendCharsets(text, CharsetUse::Document);
+        text += "\nText is turned into UTF-8 under all of these, and under the states:\n";
+        appendCharsets(text, CharsetUse::TextOnly);
         return text;
     }
 
@@ -119,12 +128,13 @@ namespace {
         {
             app_ = program.add_subcommand("info",
                 "What the module answers about itself, its file types, and\n"
-                "the character sets that can be turned into UTF-8.\n  htmlfilter info");
+                "the character sets to read by and to turn into UTF-8.\n  htmlfilter info");
         }
 
         int run(const Switches& switches) override
         {
             const Module module(findModule(switches.modulePath));
+            checkSwitches(switches, module);
             OutputFile output("");
             output.write(report(module));
             return EXIT_CODE_DONE;

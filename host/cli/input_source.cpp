@@ -1,5 +1,6 @@
 #include "host/cli/input_source.h"
 
+#include "host/cli/descriptors.h"
 #include "host/cli/errors.h"
 
 #include <algorithm>
@@ -55,6 +56,10 @@ namespace {
             const ssize_t got = ::read(file, bytes.data() + used, bytes.size() - used);
             if (got < 0 && errno == EINTR)
                 continue;
+            if (got < 0 && errno == EAGAIN) {
+                awaitReadable(file);
+                continue;
+            }
             if (got < 0)
                 failToRead(shown);
             used += static_cast<std::size_t>(got);
@@ -67,16 +72,22 @@ namespace {
         return bytes;
     }
 
+    bool isStandardInput(const std::string& name) { return name.empty() || name == "-"; }
+
+    std::string shownInput(const std::string& name)
+    {
+        return isStandardInput(name) ? "standard input" : "'" + name + "'";
+    }
+
     bool standsAtStart(int file) { return ::lseek(file, 0, SEEK_CUR) == 0; }
 
 } // namespace
 
 std::unique_ptr<DocumentStream> openInput(const std::string& name)
 {
-    const bool fromStandardInput = name.empty() || name == "-";
-    const std::string shown = fromStandardInput ? "standard input" : "'" + name + "'";
-    OpenFile file(fromStandardInput ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
-                                    : ::open(name.c_str(), O_RDONLY | O_CLOEXEC));
+    const std::string shown = shownInput(name);
+    OpenFile file(isStandardInput(name) ? copyDescriptor(STDIN_FILENO)
+                                        : ::open(name.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat status = {};
     if (file.number < 0 || ::fstat(file.number, &status) != 0)
         failToRead(shown);
@@ -90,6 +101,16 @@ std::unique_ptr<DocumentStream> openInput(const std::string& name)
         return std::make_unique<FileStream>(file.release(), size);
     }
     return std::make_unique<MemoryStream>(readWhole(file.number, shown));
+}
+
+Outcome convertInput(const Module& module, DocumentStream& input, const std::string& name,
+    const ConversionOptions& options, HostSink& sink)
+{
+    try {
+        return convert(module, input, options, sink);
+    } catch (const ReadError& error) {
+        throw BadUse("cannot read " + shownInput(name) + ": " + error.what());
+    }
 }
 
 } // namespace host::cli

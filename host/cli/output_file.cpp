@@ -1,5 +1,6 @@
 #include "host/cli/output_file.h"
 
+#include "host/cli/descriptors.h"
 #include "host/cli/errors.h"
 
 #include <cerrno>
@@ -23,6 +24,22 @@ namespace {
         return folder.empty() ? "." : folder;
     }
 
+    /// The file that a name stands for. A link stays one and its file is written, also when that is
+    /// not there yet: so does whoever opens the link for writing.
+    std::string behindLinks(const std::string& name)
+    {
+        constexpr int kMostLinks = 40;
+        std::filesystem::path place = name;
+        std::error_code error;
+        for (int links = 0; links < kMostLinks; ++links) {
+            const auto target = std::filesystem::read_symlink(place, error);
+            if (error)
+                break;
+            place = place.parent_path() / target;
+        }
+        return place.string();
+    }
+
     std::string besideName(const std::string& place)
     {
         return place + ".part" + std::to_string(::getpid());
@@ -41,6 +58,8 @@ OutputFile::OutputFile(const std::string& name)
     owned_ = true;
     struct stat status = {};
     const bool exists = ::stat(name.c_str(), &status) == 0;
+    if (!exists && errno == ELOOP)
+        fail();
     if (exists && S_ISDIR(status.st_mode))
         throw BadUse("cannot write " + shown_ + ": it is a directory");
     if (exists && !S_ISREG(status.st_mode)) {
@@ -51,10 +70,7 @@ OutputFile::OutputFile(const std::string& name)
     }
     if (exists && ::access(name.c_str(), W_OK) != 0)
         fail();
-    // Through a link to the file itself, so that the link stays one.
-    std::error_code error;
-    const auto target = std::filesystem::weakly_canonical(name, error);
-    place_ = error ? name : target.string();
+    place_ = behindLinks(name);
     openBeside();
     if (exists)
         ::fchmod(file_, status.st_mode & kModeBits);
@@ -94,6 +110,8 @@ void OutputFile::write(std::string_view bytes)
         const ssize_t written = ::write(file_, bytes.data(), bytes.size());
         if (written >= 0)
             bytes.remove_prefix(static_cast<std::size_t>(written));
+        else if (errno == EAGAIN)
+            awaitWritable(file_);
         else if (errno != EINTR)
             fail();
     }

@@ -11,7 +11,8 @@ namespace host::cli {
 class OutputFile : public ByteWriter {
 public:
     /// name: a file, or standard output for "-" and an empty name. A device or a pipe is written as
-    /// it stands; a regular file keeps its old content until commit.
+    /// it stands; a regular file keeps its old content until commit. Links are followed, also one
+    /// to a file that is not there yet.
     explicit OutputFile(const std::string& name);
     ~OutputFile() override;
     OutputFile(const OutputFile&) = delete;

@@ -1,13 +1,18 @@
 #include "host/cli/program.h"
 
 #include "host/cli/command.h"
+#include "host/cli/descriptors.h"
 #include "host/cli/errors.h"
+#include "host/cli/message.h"
+#include "host/cli/output_file.h"
 
 #include <CLI/CLI.hpp>
 
 #include <csignal>
-#include <cstdio>
 #include <new>
+#include <sstream>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace host::cli {
@@ -16,33 +21,58 @@ bool Command::chosen() const { return app_->parsed(); }
 
 namespace {
 
-    /// Tells what is wrong in one line, whatever the text of the error looks like.
-    int tellBadUse(std::string message)
+    int tellBadUse(const std::string& message)
     {
-        for (char& byte : message) {
-            if (byte == '\n' || byte == '\r')
-                byte = ' ';
-        }
-        std::fprintf(stderr, "htmlfilter: %s\n", message.c_str());
+        tellUser(message);
         return EXIT_CODE_BAD_USE;
+    }
+
+    /// Does the work of the program; tells what prevents it.
+    template <typename Work> int tellingFailures(Work work)
+    {
+        try {
+            return work();
+        } catch (const ClosedPipe&) {
+            return EXIT_CODE_DONE;
+        } catch (const std::bad_alloc&) {
+            return tellBadUse("out of memory");
+        } catch (const std::exception& error) {
+            return tellBadUse(error.what());
+        }
     }
 
     int runChosen(const std::vector<std::unique_ptr<Command>>& commands, const Switches& switches)
     {
         for (const auto& command : commands) {
-            if (!command->chosen())
-                continue;
-            try {
-                return command->run(switches);
-            } catch (const ClosedPipe&) {
-                return EXIT_CODE_DONE;
-            } catch (const std::bad_alloc&) {
-                return tellBadUse("out of memory");
-            } catch (const std::exception& error) {
-                return tellBadUse(error.what());
-            }
+            if (command->chosen())
+                return tellingFailures([&] { return command->run(switches); });
         }
         return tellBadUse("no subcommand; 'htmlfilter --help' tells them");
+    }
+
+    /// Writes the help or the version that the command line asks for.
+    int answer(const CLI::App& program, const CLI::Success& request)
+    {
+        return tellingFailures([&] {
+            std::ostringstream text;
+            program.exit(request, text, text);
+            OutputFile("").write(text.str());
+            return EXIT_CODE_DONE;
+        });
+    }
+
+    /// The first long switch that ends in its "=": the parser would take the next word, which may
+    /// be the document, for its value. Null when there is none.
+    const char* firstWithoutValue(int argc, const char* const* argv)
+    {
+        for (int index = 1; index < argc; ++index) {
+            const std::string_view word = argv[index];
+            if (word == "--")
+                break;
+            if (word.starts_with("--") && word.find('=') == word.size() - 1)
+                return argv[index];
+        }
+        return nullptr;
     }
 
     /// The shared switches stand in the help of a subcommand too.
@@ -64,6 +94,10 @@ int runProgram(int argc, const char* const* argv)
 {
     // Writing to a closed pipe is an error to be looked at, not the end of the process.
     std::signal(SIGPIPE, SIG_IGN);
+    holdStandardStreams();
+    if (const char* word = firstWithoutValue(argc, argv); word != nullptr)
+        return tellBadUse(
+            "'" + std::string(word) + "' has no value; 'htmlfilter --help' tells more");
     CLI::App program("Converts HTML documents through the filter module.", "htmlfilter");
     Switches switches;
     program.set_version_flag(
@@ -81,7 +115,7 @@ int runProgram(int argc, const char* const* argv)
     try {
         program.parse(argc, argv);
     } catch (const CLI::Success& request) {
-        return program.exit(request);
+        return answer(program, request);
     } catch (const CLI::ParseError& error) {
         return tellBadUse(std::string(error.what()) + "; 'htmlfilter --help' tells more");
     }

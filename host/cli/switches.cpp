@@ -93,8 +93,15 @@ void addSwitches(CLI::App& app, Switches& switches)
     app.add_option("--module", switches.modulePath,
            "Filter module to load, instead of htmlfilter.so beside\n"
            "the program or in ../lib/htmlfilter:\n  --module build/debug/htmlfilter.so")
+        ->check(notEmpty())
         ->type_name("PATH")
         ->group(group);
+}
+
+CLI::Validator notEmpty()
+{
+    return CLI::Validator(
+        [](std::string& name) { return name.empty() ? "the name is empty" : std::string(); }, "");
 }
 
 void checkSwitches(const Switches& switches, const Module& module)
@@ -103,9 +110,9 @@ void checkSwitches(const Switches& switches, const Module& module)
     if (!module.acceptsFileType(conversion.fileType))
         throw BadUse("--file-type: the module has no file type "
             + std::to_string(conversion.fileType) + "; 'htmlfilter info' lists them");
-    if (conversion.charSetId != 0 && findCharset(conversion.charSetId) == nullptr)
-        throw BadUse("--charset: there is no character set " + hexadecimal(conversion.charSetId)
-            + "; 'htmlfilter info' lists them");
+    if (conversion.charSetId != 0 && !readsDocumentsBy(conversion.charSetId))
+        throw BadUse("--charset: no document is read by the character set "
+            + hexadecimal(conversion.charSetId) + "; 'htmlfilter info' lists them");
 }
 
 } // namespace host::cli

@@ -8,6 +8,7 @@
 
 namespace CLI {
 class App;
+class Validator;
 }
 
 namespace host::cli {
@@ -25,8 +26,11 @@ struct Switches {
 /// Adds the shared switches; parsing them fills `switches`, which must live as long as `app`.
 void addSwitches(CLI::App& app, Switches& switches);
 
-/// Throws BadUse when the file type is none of the module's or the host can't convert the character
-/// set.
+/// A check of names of files: an empty one is none.
+CLI::Validator notEmpty();
+
+/// Throws BadUse when the file type is none of the module's or no documents are read by the
+/// character set.
 void checkSwitches(const Switches& switches, const Module& module);
 
 } // namespace host::cli

@@ -1,15 +1,13 @@
 #include "host/cli/command.h"
 #include "host/cli/errors.h"
 #include "host/cli/input_source.h"
+#include "host/cli/message.h"
 #include "host/cli/module_path.h"
 #include "host/cli/output_file.h"
 #include "host/global_options.h"
 #include "host/text_sink.h"
 
 #include <CLI/CLI.hpp>
-
-#include <cinttypes>
-#include <cstdio>
 
 namespace host::cli {
 
@@ -44,9 +42,11 @@ namespace {
             app_->add_option("FILE", input_,
                     "HTML document; standard input for '-' and when left out:\n"
                     "  htmlfilter text - <page.html")
+                ->check(notEmpty())
                 ->type_name("");
             app_->add_option("-o,--output", output_,
                     "File to write instead of standard output:\n  -o page.txt")
+                ->check(notEmpty())
                 ->type_name("OUT");
             app_->add_flag("--properties", properties_,
                 "Writes the document properties first, as 'name: value':\n"
@@ -62,17 +62,15 @@ namespace {
             const GlobalOptionScope options(switches.globalOptions);
             TextSink sink(output,
                 properties_ ? TextSink::Properties::WriteFirst : TextSink::Properties::LeaveOut);
-            const Outcome outcome = convert(module, *input, switches.conversion, sink);
+            const Outcome outcome = convertInput(module, *input, input_, switches.conversion, sink);
             if (outcome.kind != Outcome::Kind::Finished) {
-                std::fprintf(stderr, "htmlfilter: %s\n", describe(outcome).c_str());
+                tellUser(describe(outcome));
                 return EXIT_CODE_UNFINISHED;
             }
             output.commit();
             if (sink.unmapped() != 0) {
-                std::fprintf(stderr,
-                    "htmlfilter: characters without a Unicode form, written as U+FFFD: %" PRIu64
-                    "\n",
-                    sink.unmapped());
+                tellUser("characters without a Unicode form, written as U+FFFD: "
+                    + std::to_string(sink.unmapped()));
             }
             return EXIT_CODE_DONE;
         }

@@ -22,9 +22,11 @@ namespace {
             app_->add_option("FILE", input_,
                     "HTML document; standard input for '-' and when left out:\n"
                     "  htmlfilter trace - <page.html")
+                ->check(notEmpty())
                 ->type_name("");
             app_->add_option("-o,--output", output_,
                     "File to write instead of standard output:\n  -o page.trace")
+                ->check(notEmpty())
                 ->type_name("OUT");
         }
 
@@ -36,7 +38,7 @@ namespace {
             OutputFile output(output_);
             const GlobalOptionScope options(switches.globalOptions);
             TraceSink sink(output);
-            const Outcome outcome = convert(module, *input, switches.conversion, sink);
+            const Outcome outcome = convertInput(module, *input, input_, switches.conversion, sink);
             // The trace of a document that was given up is whole: its last line tells how it ended.
             output.commit();
             return outcome.kind == Outcome::Kind::Finished ? EXIT_CODE_DONE : EXIT_CODE_UNFINISHED;

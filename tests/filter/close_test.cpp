@@ -97,7 +97,7 @@ TEST(Close, WithoutAnOpenIsHarmless)
 
 TEST(Close, TheBlockCanBeOpenedAgain)
 {
-    DocumentRun run(kContent);
+    DocumentRun run("<title>t</title><div>a<b>b</b></div><pre>c</pre>");
     run.run();
     const std::vector<std::string> first = run.host->takeCalls();
     run.close();

@@ -229,7 +229,9 @@ TEST(Section, ASecondOneBeginsClean)
     context.internals->pendingCharsTaken = 1;
     context.headElement = context.currentTreeRoot;
     context.formElement = context.currentTreeRoot;
+    context.internals->hasRetryToken = true;
     run.section();
+    EXPECT_FALSE(context.internals->hasRetryToken);
     EXPECT_EQ(context.rawTextMode, 0u);
     EXPECT_EQ(context.parseError, 0u);
     EXPECT_EQ(context.walkPending, 0u);

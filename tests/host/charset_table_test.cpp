@@ -14,9 +14,12 @@ TEST(CharsetTable, HoldsEveryIdentifierOfTheFilter)
     int rows = 0;
     for (std::string id, code; table >> id >> code; ++rows) {
         const auto number = static_cast<std::uint32_t>(std::stoul(id, nullptr, 0));
-        EXPECT_NE(host::findCharset(number), nullptr) << id;
+        EXPECT_TRUE(host::readsDocumentsBy(number)) << id;
     }
     EXPECT_EQ(rows, 46);
+    for (const std::uint32_t id : {0u, 1u, 0x0F060000u, 0x10000100u})
+        EXPECT_FALSE(host::readsDocumentsBy(id)) << std::hex << id;
+    EXPECT_EQ(host::charsetTable().size(), 48u);
 }
 
 TEST(CharsetTable, HoldsTheStates)

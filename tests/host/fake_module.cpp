@@ -9,7 +9,10 @@
 
 #include <cstring>
 #include <new>
+#include <stdexcept>
 #include <string>
+#include <sys/mman.h>
+#include <unwind.h>
 
 #define FAULT_NONE 0
 #define FAULT_NO_ENTRY 1
@@ -17,6 +20,10 @@
 #define FAULT_BYTE_ORDER 3
 #define FAULT_NO_FILE_TYPES 4
 #define FAULT_UNTOLD_FILE_TYPES 5
+#define FAULT_ENTRY_THROWS 6
+#define FAULT_INFO_THROWS 7
+#define FAULT_DATE_THROWS 8
+#define FAULT_ALLOC_THROWS 9
 #ifndef FAKE_FAULT
 #define FAKE_FAULT FAULT_NONE
 #endif
@@ -39,6 +46,44 @@ struct HtmlFilterContext {
 namespace {
 
 std::uintptr_t dummy() { return 0; }
+
+/// Classes that only the module has: their code goes with it.
+struct OwnThing {
+    virtual ~OwnThing();
+    std::string text = std::string(64, 't');
+};
+OwnThing::~OwnThing() { text.clear(); }
+
+struct OwnError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+    ~OwnError() override;
+    const char* what() const noexcept override { return "own\nerror"; }
+};
+OwnError::~OwnError() = default;
+
+void dropForeign(_Unwind_Reason_Code, _Unwind_Exception* exception) { delete exception; }
+
+/// Throws as another language would.
+void throwForeign()
+{
+    auto* exception = new _Unwind_Exception{};
+    exception->exception_class = 0x46414B4546414B45;
+    exception->exception_cleanup = dropForeign;
+    _Unwind_RaiseException(exception);
+}
+
+/// Throws by the last word of what the document says.
+void throwAny(const std::string& what)
+{
+    if (what.ends_with("thing"))
+        throw OwnThing();
+    if (what.ends_with("error"))
+        throw OwnError("");
+    if (what.ends_with("int"))
+        throw 7;
+    if (what.ends_with("foreign"))
+        throwForeign();
+}
 
 template <typename Type> Type routine(HtmlFilterContext* context, int id)
 {
@@ -236,6 +281,15 @@ void play(const std::string& word, StreamBlock* stream, HtmlFilterContext* conte
     }
 }
 
+/// A read that is refused its memory: it comes back without a call.
+void runShort()
+{
+    void* pages
+        = mmap(nullptr, std::size_t{1} << 62, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (pages != MAP_FAILED)
+        munmap(pages, std::size_t{1} << 62);
+}
+
 int liveDocuments = 0;
 
 } // namespace
@@ -272,6 +326,18 @@ static std::uint16_t fakeStreamRead(StreamBlock* stream, HtmlFilterContext* cont
     const std::string word = context->document.substr(0, context->document.find(' '));
     if (word == "silent")
         return 0;
+    if (word == "short") {
+        runShort();
+        return 0;
+    }
+    if (word == "throw")
+        throwAny(context->document);
+    if (word == "swallow") {
+        try {
+            emitText(context, "x");
+        } catch (...) {
+        }
+    }
     if (word == "paragraphs") {
         callParagraphs(context);
         return 0;
@@ -285,6 +351,8 @@ static std::uint16_t fakeStreamClose(StreamBlock*, HtmlFilterContext* context)
 {
     --liveDocuments;
     delete context->record;
+    if (context->document.starts_with("closethrow"))
+        throwAny(context->document);
     if (context->document.starts_with("badclose"))
         throw zorvan::Exception(25, "close", nullptr, nullptr, 0);
     return 0;
@@ -305,6 +373,9 @@ static std::uint16_t fakeGetInfo(void* result, std::uint16_t code)
         probe = 0x78563412;
     if (FAKE_FAULT == FAULT_NO_FILE_TYPES)
         count = 0;
+    if (FAKE_FAULT == FAULT_INFO_THROWS
+        || (FAKE_FAULT == FAULT_DATE_THROWS && code == INFO_BUILD_DATE))
+        throwAny("error");
     switch (code) {
     case INFO_FILE_TYPE_COUNT:
         std::memcpy(result, &count, sizeof count);
@@ -329,6 +400,8 @@ static std::uint16_t fakeGetInfo(void* result, std::uint16_t code)
 
 static HtmlFilterContext* fakeAllocProc()
 {
+    if (FAKE_FAULT == FAULT_ALLOC_THROWS)
+        throwAny("thing");
     ++liveDocuments;
     return new HtmlFilterContext{};
 }
@@ -370,6 +443,8 @@ static void fakeSetSoRtn(std::int16_t id, void* entry, HtmlFilterContext* contex
 #endif
 __attribute__((visibility("default"))) void VwGetRtns(void** table, std::uint16_t version)
 {
+    if (FAKE_FAULT == FAULT_ENTRY_THROWS)
+        throwAny("thing");
     if (version != FILTER_TABLE_GENERATION)
         return;
     table[SLOT_STREAM_OPEN] = reinterpret_cast<void*>(fakeStreamOpen);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <functional>
@@ -163,8 +164,23 @@ TEST(HostStream, TellsAFailedRead)
     FileStream stream(::open("/tmp", O_RDONLY | O_DIRECTORY), 10);
     char byte = 0;
     std::uint32_t count = 7;
+    EXPECT_EQ(stream.readFailure(), 0);
     EXPECT_NE(stream.operations->read(&stream, &byte, 1, &count), 0);
     EXPECT_EQ(count, 0u);
+    EXPECT_EQ(stream.readFailure(), EISDIR);
+}
+
+TEST(HostStream, KeepsTheFirstFailureOfItsRanges)
+{
+    FileStream stream(::open("/tmp", O_RDONLY | O_DIRECTORY), 10);
+    const StreamRange range = {&stream, 1, 5};
+    HostStream* part = nullptr;
+    ASSERT_EQ(stream.operations->open(&part, 8, &range, 1), 0);
+    char byte = 0;
+    std::uint32_t count = 7;
+    EXPECT_NE(part->operations->read(part, &byte, 1, &count), 0);
+    EXPECT_EQ(part->operations->close(part), 0);
+    EXPECT_EQ(stream.readFailure(), EISDIR);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "host/module.h"
 
+#include "support/exception.h"
 #include "tests/host/fake_module.h"
 
 #include <gtest/gtest.h>
@@ -61,11 +62,40 @@ TEST(Module, RefusesWhatAnswersWrongly)
         {"_byte_order", "answers wrongly: its byte order is not this machine's"},
         {"_no_file_types", "answers wrongly: it has no file types"},
         {"_untold_file_types", "answers wrongly: it does not tell its file types"},
+        {"_entry_throws", "answers wrongly: it threw something unknown"},
+        {"_info_throws", "answers wrongly: it threw own\nerror"},
     };
     for (const auto& row : rows) {
         const std::string path = fakeModulePath(row.fault);
         EXPECT_EQ(loadFailure(path), "module '" + path + "' " + row.reason);
     }
+}
+
+TEST(Module, TellsThatAnAnswerWasThrown)
+{
+    const Module module(fakeModulePath("_date_throws"));
+    char date[12] = {};
+    EXPECT_THROW(module.info(date, INFO_BUILD_DATE), ModuleError);
+    std::uint16_t count = 0;
+    EXPECT_TRUE(module.info(&count, INFO_FILE_TYPE_COUNT));
+    EXPECT_FALSE(module.info(&count, 99));
+}
+
+TEST(Module, DescribesWhatIsThrown)
+{
+    const auto described = [](const auto& thrown) {
+        try {
+            throw thrown;
+        } catch (...) {
+            return host::describeThrown();
+        }
+    };
+    EXPECT_EQ(
+        described(zorvan::Exception(137, "text", nullptr, nullptr, 0)), "exception 137: text");
+    EXPECT_EQ(described(zorvan::Exception(13, nullptr, nullptr, nullptr, 0)), "exception 13");
+    EXPECT_EQ(described(UTBailOut(261, 0, 0)), "bail-out 261");
+    EXPECT_EQ(described(std::runtime_error("no room")), "no room");
+    EXPECT_EQ(described(7), "something unknown");
 }
 
 TEST(Module, RefusesWhatIsNoModule)

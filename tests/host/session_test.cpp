@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <stdexcept>
 
 namespace {
@@ -31,6 +34,8 @@ TEST(Session, TellsHowItEnded)
         {"bailout", Outcome::Kind::BailOut, 0x105, "", "== bailout 261"},
         {"abandon", Outcome::Kind::Abandoned, 30, "", "== abandon 30"},
         {"nomemory", Outcome::Kind::Exception, 13, "out of memory",
+            "== exception 13 \"out of memory\""},
+        {"short", Outcome::Kind::Exception, 13, "out of memory",
             "== exception 13 \"out of memory\""},
         {"badclose", Outcome::Kind::Exception, 25, "close", "== exception 25 \"close\""},
     };
@@ -70,6 +75,100 @@ TEST(Session, ClosesBehindAFailingSink)
         EXPECT_EQ(fakeLiveDocuments(), 0);
         EXPECT_FALSE(sink.ended);
     }
+}
+
+TEST(Session, TellsWhatAModuleThrew)
+{
+    const struct {
+        const char* document;
+        const char* thrown;
+    } rows[] = {
+        {"throw thing", "something unknown"},
+        {"throw error", "own\nerror"},
+        {"throw int", "something unknown"},
+        {"throw foreign", "something unknown"},
+        {"closethrow int", "something unknown"},
+        {"closethrow thing", "something unknown"},
+    };
+    for (const auto& row : rows) {
+        std::string told;
+        {
+            const host::Module module(fakeModulePath());
+            host::MemoryStream stream(row.document);
+            host::HostSink sink;
+            try {
+                host::convert(module, stream, {}, sink);
+            } catch (const host::ModuleError& error) {
+                told = error.what();
+            }
+            EXPECT_EQ(fakeLiveDocuments(), 0) << row.document;
+        }
+        EXPECT_EQ(told,
+            "module '" + fakeModulePath() + "' answers wrongly: it threw "
+                + std::string(row.thrown));
+    }
+}
+
+TEST(Session, AModuleCannotSwallowAFailureOfTheSink)
+{
+    const host::Module module(fakeModulePath());
+    host::MemoryStream stream("swallow");
+    FailingSink sink;
+    EXPECT_THROW(host::convert(module, stream, {}, sink), std::runtime_error);
+    EXPECT_FALSE(sink.ended);
+}
+
+/// Fails when it is told of the section.
+class FailingAtSection : public host::HostSink {
+public:
+    void sectionStarted() override { throw std::runtime_error("no room"); }
+};
+
+TEST(Session, ASinkMayFailBetweenTheCalls)
+{
+    const host::Module module(fakeModulePath());
+    host::MemoryStream stream("plain");
+    FailingAtSection sink;
+    try {
+        host::convert(module, stream, {}, sink);
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "no room");
+    }
+    EXPECT_EQ(fakeLiveDocuments(), 0);
+}
+
+/// Gives its first bytes, then fails.
+class BrokenStream : public host::DocumentStream {
+public:
+    BrokenStream()
+        : DocumentStream(100)
+    {
+    }
+    bool readAt(
+        std::uint64_t position, void* buffer, std::uint32_t size, std::uint32_t& count) override
+    {
+        count = position == 0 ? std::min(size, 7u) : 0;
+        std::memset(buffer, 'x', count);
+        errno = EIO;
+        return position == 0;
+    }
+};
+
+TEST(Session, TellsAFailedRead)
+{
+    const host::Module module(fakeModulePath());
+    BrokenStream stream;
+    host::StringWriter writer;
+    host::TraceSink sink(writer);
+    try {
+        host::convert(module, stream, {}, sink);
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const host::ReadError& error) {
+        EXPECT_STREQ(error.what(), "Input/output error");
+    }
+    EXPECT_EQ(writer.text, "");
+    EXPECT_EQ(fakeLiveDocuments(), 0);
 }
 
 TEST(Session, GivesUpOnAModuleThatNeverEnds)

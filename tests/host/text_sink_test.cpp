@@ -240,6 +240,41 @@ TEST(TextSink, OtherStretchesAreText)
     EXPECT_EQ(teller.end(), "lm\n");
 }
 
+TEST(TextSink, JoinsAPairThatTheFilterCut)
+{
+    Teller teller(Properties::WriteFirst);
+    std::u16string cut(65'534, u'x');
+    cut.back() = u'\xD83D';
+    teller.sink.emitText(cut, CHARSET_ID_UTF16);
+    teller.sink.emitText(u"\xDE00z", CHARSET_ID_UTF16);
+    const std::string text = teller.end();
+    EXPECT_EQ(text.substr(65'533), "😀z\n");
+    EXPECT_EQ(teller.sink.unmapped(), 0u);
+}
+
+TEST(TextSink, HalfAPairEndsWithItsRun)
+{
+    const struct {
+        void (*between)(Teller&);
+        const char* text;
+    } rows[] = {
+        {[](Teller& teller) { teller.paragraph(); }, "\uFFFD\n\uFFFD\n"},
+        {[](Teller& teller) { teller.special(SPECIAL_TAB); }, "\uFFFD\t\uFFFD\n"},
+        {[](Teller& teller) { teller.row(); }, "\uFFFD\n\uFFFD\n"},
+        {[](Teller& teller) { teller.sink.beginTagged(TAG_HYPERLINK, 1, nullptr); },
+            "\uFFFD\uFFFD\n"},
+        {[](Teller& teller) { teller.sink.endTagged(TAG_HYPERLINK, 1); }, "\uFFFD\uFFFD\n"},
+        {[](Teller& teller) { teller.property(FIELD_TITLE, u"\xDE00"); }, "\uFFFD\uFFFD\n"},
+    };
+    for (const auto& row : rows) {
+        Teller teller;
+        teller.text(u"\xD83D");
+        row.between(teller);
+        EXPECT_EQ(teller.text(u"\xDE00").end(), row.text);
+    }
+    EXPECT_EQ(Teller().text(u"a\xD83D").end(), "a\uFFFD\n");
+}
+
 TEST(TextSink, CountsWhatHasNoMapping)
 {
     Teller teller;

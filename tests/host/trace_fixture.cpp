@@ -42,9 +42,49 @@ namespace {
             expectation.musts.push_back(value);
         } else if (headerValue(line, "only", value)) {
             expectation.onlyMusts = value == "must";
+            if (!expectation.onlyMusts)
+                expectation.unknown.push_back(line);
         } else if (headerValue(line, "stop", value)) {
             expectation.stopDiffers = value == "differs";
+            if (!expectation.stopDiffers)
+                expectation.unknown.push_back(line);
+        } else if (line != "#" && !headerValue(line, "why", value)) {
+            expectation.unknown.push_back(line);
         }
+    }
+
+    bool isDocument(const std::filesystem::path& path)
+    {
+        return std::find(std::begin(kDocumentSuffixes), std::end(kDocumentSuffixes),
+                   path.extension().string())
+            != std::end(kDocumentSuffixes);
+    }
+
+    bool hasDocument(std::filesystem::path expectation)
+    {
+        return std::any_of(std::begin(kDocumentSuffixes), std::end(kDocumentSuffixes),
+            [&expectation](const char* suffix) {
+                return std::filesystem::exists(expectation.replace_extension(suffix));
+            });
+    }
+
+    /// What is wrong with one file.
+    void findFaults(const std::filesystem::path& path, std::vector<std::string>& faults)
+    {
+        if (isDocument(path)) {
+            auto expectation = path;
+            if (!std::filesystem::exists(expectation.replace_extension(".trace")))
+                faults.push_back(path.string() + ": a document without a .trace");
+            return;
+        }
+        if (path.extension() != ".trace") {
+            faults.push_back(path.string() + ": neither a document nor a .trace");
+            return;
+        }
+        if (!hasDocument(path))
+            faults.push_back(path.string() + ": a .trace without a document");
+        for (const std::string& line : parseExpectation(readFile(path.string())).unknown)
+            faults.push_back(path.string() + ": unknown header line: " + line);
     }
 
     host::cli::Switches parseArguments(std::vector<std::string> arguments)
@@ -68,9 +108,7 @@ std::vector<TraceFixture> findFixtures(const std::string& folder, const std::str
     std::vector<TraceFixture> fixtures;
     std::error_code error;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, error)) {
-        const auto suffix = entry.path().extension().string();
-        if (std::find(std::begin(kDocumentSuffixes), std::end(kDocumentSuffixes), suffix)
-            == std::end(kDocumentSuffixes))
+        if (!isDocument(entry.path()))
             continue;
         auto trace = entry.path();
         trace.replace_extension(".trace");
@@ -82,6 +120,20 @@ std::vector<TraceFixture> findFixtures(const std::string& folder, const std::str
     std::sort(fixtures.begin(), fixtures.end(),
         [](const TraceFixture& a, const TraceFixture& b) { return a.name < b.name; });
     return fixtures;
+}
+
+std::vector<std::string> fixtureFaults(const std::string& folder)
+{
+    std::vector<std::string> faults;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, error)) {
+        if (entry.is_regular_file())
+            findFaults(entry.path(), faults);
+    }
+    if (findFixtures(folder).empty())
+        faults.push_back(folder + ": no case at all");
+    std::sort(faults.begin(), faults.end());
+    return faults;
 }
 
 TraceExpectation parseExpectation(const std::string& text)

@@ -18,12 +18,14 @@ struct TraceFixture {
 /// The expectation of a case. Header lines begin with "#"; of these `# args:` gives switches of the
 /// program, `# must:` the beginning of a line that has to occur, in the order of the file, `# only:
 /// must` says that the calls are not written down, and `# stop: differs` that pauses change the
-/// calls. All other lines are the trace, word for word; when there are none, only the musts count.
+/// calls; `# why:` is for the reader. A header line of any other form is a fault. All other lines
+/// are the trace, word for word; when there are none, only the musts count.
 struct TraceExpectation {
     std::vector<std::string> header;
     std::vector<std::string> lines;
     std::vector<std::string> arguments;
     std::vector<std::string> musts;
+    std::vector<std::string> unknown; ///< header lines that say nothing known
     bool onlyMusts = false;
     bool stopDiffers = false;
 };
@@ -31,6 +33,10 @@ struct TraceExpectation {
 /// The cases below a folder, sorted by name: documents (.html, .htm, .bin) with a .trace file
 /// beside them. topic: the beginning of the names wanted; empty for all.
 std::vector<TraceFixture> findFixtures(const std::string& folder, const std::string& topic = "");
+
+/// What is wrong with the files below a folder, one text each: documents and expectations that have
+/// no partner, files that are neither, header lines of unknown form, and a folder without a case.
+std::vector<std::string> fixtureFaults(const std::string& folder);
 
 TraceExpectation parseExpectation(const std::string& text);
 std::string readFile(const std::string& path);

@@ -80,7 +80,42 @@ std::string testName(const testing::TestParamInfo<TraceFixture>& info)
 
 INSTANTIATE_TEST_SUITE_P(
     Traces, TraceFixtures, testing::ValuesIn(findFixtures(kFixtureFolder)), testName);
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(TraceFixtures);
+
+TEST(TraceFixture, EveryFileIsPartOfACase)
+{
+    EXPECT_EQ(fixtureFaults(kFixtureFolder), std::vector<std::string>());
+}
+
+TEST(TraceFixture, FindsFaults)
+{
+    const ScratchFolder scratch;
+    const std::string folder = scratch.at("traces");
+    EXPECT_EQ(fixtureFaults(folder), (std::vector<std::string>{folder + ": no case at all"}));
+    std::filesystem::create_directory(folder);
+    EXPECT_EQ(fixtureFaults(folder), (std::vector<std::string>{folder + ": no case at all"}));
+    for (const char* suffix : {"html", "htm", "bin"}) {
+        scratch.write(std::string("traces/") + suffix + "." + suffix, "x");
+        scratch.write(std::string("traces/") + suffix + ".trace",
+            "# why:  a reason\n# why:       and more of it\n#\n# args: --stop 1\n# must: A\n"
+            "# stop: differs\n# only: must\nSOFinishTable\n");
+    }
+    EXPECT_EQ(fixtureFaults(folder), std::vector<std::string>());
+    scratch.write("traces/a.trace", "");
+    scratch.write("traces/b.html", "");
+    scratch.write("traces/c.txt", "");
+    scratch.write("traces/html.trace",
+        "# mist: A\n# must A\n#must: A\n# only: some\n# stop: same\n# Must: A\n");
+    EXPECT_EQ(fixtureFaults(folder),
+        (std::vector<std::string>{folder + "/a.trace: a .trace without a document",
+            folder + "/b.html: a document without a .trace",
+            folder + "/c.txt: neither a document nor a .trace",
+            folder + "/html.trace: unknown header line: # Must: A",
+            folder + "/html.trace: unknown header line: # mist: A",
+            folder + "/html.trace: unknown header line: # must A",
+            folder + "/html.trace: unknown header line: # only: some",
+            folder + "/html.trace: unknown header line: # stop: same",
+            folder + "/html.trace: unknown header line: #must: A"}));
+}
 
 TEST(TraceFixture, ReadsHeaderLines)
 {

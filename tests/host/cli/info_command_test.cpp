@@ -29,4 +29,25 @@ TEST(InfoCommand, ListsAllCharacterSets)
         EXPECT_NE(result.output.find(std::string("  ") + row.name + "\n"), std::string::npos);
 }
 
+TEST(InfoCommand, TellsStatesApartFromWhatDocumentsAreReadBy)
+{
+    const auto result = host_test::runFilter({"info"});
+    const auto byCharset = result.output.find("\nCharacter sets (--charset):\n");
+    const auto states = result.output.find("\nText is turned into UTF-8 under all of these, and");
+    ASSERT_NE(byCharset, std::string::npos);
+    ASSERT_NE(states, std::string::npos);
+    for (const host::CharsetRow& row : host::charsetTable()) {
+        const auto line = result.output.find(std::string("  ") + row.name + "\n");
+        EXPECT_GT(line, byCharset);
+        EXPECT_EQ(line < states, host::readsDocumentsBy(row.id)) << row.name;
+    }
+}
+
+TEST(InfoCommand, ChecksItsSwitches)
+{
+    EXPECT_EQ(host_test::runFilter({"info", "--file-type", "1109"}).exitCode, 2);
+    EXPECT_EQ(host_test::runFilter({"info", "--charset", "1"}).exitCode, 2);
+    EXPECT_EQ(host_test::runFilter({"info", "--charset", "0x14B00000"}).exitCode, 0);
+}
+
 } // namespace

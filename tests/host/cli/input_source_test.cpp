@@ -66,6 +66,25 @@ TEST(InputSource, RefusesWhatIsNoFile)
     EXPECT_EQ(failureOf("/tmp"), "cannot read '/tmp': it is a directory");
 }
 
+TEST(InputSource, TellsAFailedRead)
+{
+    const host::Module module(HTMLFILTER_BINARY_DIR "/fake_module.so");
+    for (const std::string name : {"page", "-"}) {
+        host::FileStream broken(::open("/tmp", O_RDONLY | O_DIRECTORY), 10);
+        host::HostSink sink;
+        try {
+            host::cli::convertInput(module, broken, name, {}, sink);
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (const BadUse& error) {
+            EXPECT_EQ(error.what(),
+                "cannot read " + std::string(name == "-" ? "standard input" : "'page'")
+                    + ": Is a directory");
+        }
+    }
+    // Its first bytes are mapped nowhere, so that reading them fails.
+    EXPECT_EQ(failureOf("/proc/self/mem"), "cannot read '/proc/self/mem': Input/output error");
+}
+
 TEST(InputSource, RefusesWhatPositionsCannotAddress)
 {
     const host_test::ScratchFolder scratch;

@@ -55,6 +55,27 @@ TEST(Main, BadUseIsOneLine)
         {"text", page, "--file-type", "1109"},
         {"text", page, "--file-type", "x"},
         {"text", page, "--charset", "1"},
+        {"text", page, "--charset", "0x0F060000"},
+        {"text", page, "--charset", "0x10000100"},
+        {"text", "/proc/self/mem"},
+        {"trace", "/proc/self/mem"},
+        {"text", "/proc/self/mem", "-o", scratch.at("out")},
+        {"trace", "/proc/self/mem", "-o", scratch.at("out")},
+        {"text", "bad\033[31m\nname"},
+        {"text", ""},
+        {"trace", ""},
+        {"text", page, "-o", ""},
+        {"trace", page, "-o", ""},
+        {"text", page, "--output="},
+        {"text", "--output=", page},
+        {"text", page, "--module", ""},
+        {"info", "--module", ""},
+        {"text", "--module=", page},
+        {"info", "--file-type", "1109"},
+        {"text", scratch.write("int", "throw int")},
+        {"text", scratch.write("thing", "throw thing")},
+        {"trace", scratch.write("error", "throw error")},
+        {"text", scratch.write("foreign", "closethrow foreign"), "-o", scratch.at("out")},
         {"text", page, "--stop", "-1"},
         {"text", page, "--option", "112"},
         {"text", page, "--doc-option", "a=b"},
@@ -72,9 +93,10 @@ TEST(Main, BadUseIsOneLine)
         EXPECT_EQ(result.output, "");
         EXPECT_EQ(lineCount(result.error), 1) << result.error;
         EXPECT_TRUE(result.error.starts_with("htmlfilter: ")) << result.error;
+        EXPECT_EQ(result.error.find('\033'), std::string::npos);
     }
-    for (const char* fault :
-        {"no_entry", "table_gap", "byte_order", "no_file_types", "untold_file_types", "missing"}) {
+    for (const char* fault : {"no_entry", "table_gap", "byte_order", "no_file_types",
+             "untold_file_types", "entry_throws", "info_throws", "missing"}) {
         for (const char* command : {"text", "trace", "info"}) {
             const auto result = runProgram(
                 host_test::programPath(), {command, "--module", modules + fault + ".so"});
@@ -83,7 +105,41 @@ TEST(Main, BadUseIsOneLine)
             EXPECT_EQ(result.output, "");
         }
     }
-    EXPECT_EQ(scratch.fileCount(), 2u);
+    for (const auto& [fault, command] : {std::pair("date_throws", "info"),
+             std::pair("alloc_throws", "text"), std::pair("alloc_throws", "trace")}) {
+        const auto result
+            = runProgram(host_test::programPath(), {command, "--module", modules + fault + ".so"});
+        EXPECT_EQ(result.exitCode, 2) << fault;
+        EXPECT_EQ(lineCount(result.error), 1) << result.error;
+        EXPECT_EQ(result.output, "");
+    }
+    EXPECT_EQ(scratch.read("page"), "x");
+    EXPECT_EQ(scratch.fileCount(), 6u);
+}
+
+TEST(Main, AnswersThatCannotBeWrittenAreBadUse)
+{
+    for (const std::vector<std::string>& words :
+        std::vector<std::vector<std::string>>{{"--help"}, {"--version"}, {"text", "--help"}}) {
+        const auto result = runProgram(host_test::programPath(), words, "/dev/null", "/dev/full");
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(
+            result.error, "htmlfilter: cannot write standard output: No space left on device\n");
+    }
+}
+
+TEST(Main, AShortageOfMemoryIsNoFaultOfTheModule)
+{
+    const ScratchFolder scratch;
+    const std::string page = scratch.write("page", "short");
+    const auto text = runFilter({"text", page, "-o", scratch.at("out")});
+    EXPECT_EQ(text.exitCode, 1);
+    EXPECT_EQ(text.error, "htmlfilter: the filter failed with code 13: out of memory\n");
+    EXPECT_EQ(scratch.fileCount(), 1u);
+    const auto trace = runFilter({"trace", page});
+    EXPECT_EQ(trace.exitCode, 1);
+    EXPECT_TRUE(trace.output.starts_with("SOAnnounceSection 12 0 0\n"));
+    EXPECT_TRUE(trace.output.ends_with("== read -> 0\n== exception 13 \"out of memory\"\n"));
 }
 
 TEST(Main, AModuleThatNeverEndsIsBadUse)

@@ -56,6 +56,36 @@ TEST(OutputFile, KeepsModeAndLinks)
     EXPECT_EQ(scratch.fileCount(), 2u);
 }
 
+TEST(OutputFile, WritesThroughALinkToNothing)
+{
+    const ScratchFolder scratch;
+    std::filesystem::create_directory(scratch.at("folder"));
+    ASSERT_EQ(::symlink("folder/second", scratch.at("first").c_str()), 0);
+    ASSERT_EQ(::symlink("../target", scratch.at("folder/second").c_str()), 0);
+    {
+        OutputFile unfinished(scratch.at("first"));
+        unfinished.write("half");
+    }
+    EXPECT_FALSE(std::filesystem::exists(scratch.at("target")));
+    OutputFile output(scratch.at("first"));
+    output.write("new");
+    output.commit();
+    EXPECT_EQ(scratch.read("target"), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(scratch.at("first")));
+    EXPECT_TRUE(std::filesystem::is_symlink(scratch.at("folder/second")));
+}
+
+TEST(OutputFile, RefusesLinksThatLeadNowhere)
+{
+    const ScratchFolder scratch;
+    ASSERT_EQ(::symlink("self", scratch.at("self").c_str()), 0);
+    ASSERT_EQ(::symlink("missing/target", scratch.at("link").c_str()), 0);
+    EXPECT_THROW(OutputFile(scratch.at("link")), BadUse);
+    EXPECT_THROW(OutputFile(scratch.at("self")), BadUse);
+    EXPECT_TRUE(std::filesystem::is_symlink(scratch.at("self")));
+    EXPECT_TRUE(std::filesystem::is_symlink(scratch.at("link")));
+}
+
 TEST(OutputFile, WritesDevicesAsTheyStand)
 {
     OutputFile output("/dev/null");

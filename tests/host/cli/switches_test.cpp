@@ -58,8 +58,8 @@ TEST(Switches, RefuseBadValues)
 {
     for (const char* line : {"--file-type x", "--file-type 65536", "--file-type", "--charset -1",
              "--charset 0x100000000", "--flags ''", "--stop 1.5", "--option 112", "--option 112=x",
-             "--doc-option =1", "--module", "--what", "stray", "--option 112=1 113=2",
-             "--stop 1 --stop 2"})
+             "--doc-option =1", "--module", "--module ''", "--what", "stray",
+             "--option 112=1 113=2", "--stop 1 --stop 2"})
         EXPECT_THROW(parsed(line), CLI::ParseError) << line;
 }
 
@@ -70,6 +70,8 @@ TEST(Switches, KnowWhatModuleAndHostKnow)
     EXPECT_NO_THROW(host::cli::checkSwitches(parsed("--charset 0x80109"), module));
     EXPECT_THROW(host::cli::checkSwitches(parsed("--file-type 1109"), module), host::cli::BadUse);
     EXPECT_THROW(host::cli::checkSwitches(parsed("--charset 1"), module), host::cli::BadUse);
+    for (const char* state : {"--charset 0x0F060000", "--charset 0x10000100"})
+        EXPECT_THROW(host::cli::checkSwitches(parsed(state), module), host::cli::BadUse);
 }
 
 } // namespace
