@@ -6,16 +6,6 @@ namespace {
 
 constexpr std::uint16_t kLittleEndian = 254;
 
-/// What the bytes 0x80 to 0x9F are in the default set; 0 is dropped when text is stored.
-// QUIRK(CharReader.DefaultSetReplacesControlBytes): 0x84 and 0x88 are the high closing quote and
-// the caret, and the euro's 0x80 is nothing, as documents are converted out there.
-constexpr std::uint16_t kDefaultSetUpper[32] = {
-    0, 0, 0x201A, 0x0192, 0x201D, 0x2026, 0x2020, 0x2021, // 0x80
-    0x2038, 0x2030, 0x0160, 0x2039, 0x0152, 0, 0, 0, // 0x88
-    0, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, // 0x90
-    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0, 0, 0x0178, // 0x98
-};
-
 /// The unit of two bytes; the second may be kNoByte.
 std::uint16_t utf16Unit(std::uint32_t first, std::uint32_t second, std::uint16_t byteOrder)
 {

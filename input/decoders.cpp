@@ -1,40 +1,40 @@
 #include "input/decoders.h"
 
-#include "support/ut_strings.h"
-
 #include <bit>
+#include <initializer_list>
 
 namespace {
 
 constexpr std::uint32_t kEscape = 0x1B;
-constexpr std::uint32_t kGb2312Id = 0x13A80000;
 
-bool within(std::uint32_t byte, std::uint32_t first, std::uint32_t last)
+struct ByteRange {
+    std::uint32_t first;
+    std::uint32_t last;
+};
+
+constexpr LeadBytes leadBytesIn(std::initializer_list<ByteRange> ranges)
 {
-    return byte >= first && byte <= last;
+    LeadBytes bytes = {};
+    for (const ByteRange& range : ranges) {
+        for (std::uint32_t byte = range.first; byte <= range.last; ++byte)
+            bytes.isLead[byte] = true;
+    }
+    return bytes;
 }
+
+constexpr LeadBytes kNoLeadBytes = {};
+constexpr LeadBytes kShiftJisLeadBytes = leadBytesIn({{0x81, 0x9F}, {0xE0, 0xFC}});
+constexpr LeadBytes kBig5LeadBytes = leadBytesIn({{0xA1, 0xC6}, {0xC9, 0xF9}});
+// What UTIsLeadByte answers for the set.
+constexpr LeadBytes kGb2312LeadBytes = leadBytesIn({{0x81, 0xFE}});
+constexpr LeadBytes kKoreanLeadBytes = leadBytesIn({{0xA1, 0xAC}, {0xB0, 0xC8}, {0xCA, 0xFD}});
+constexpr LeadBytes kEucLeadBytes = leadBytesIn({{0xA1, 0xFE}});
 
 /// Lead and trail byte as one number. At the end of the input the trail counts as 0xFF.
 std::int32_t decodePair(std::uint32_t lead, HtmlFilterContext& context)
 {
     const std::uint32_t trail = takeByte(*context.stream) & 0xFF;
     return deliverTwoBytes(lead * 256 + trail, context);
-}
-
-/// The Shift-JIS form of a JIS character. The numbers are signed: trail bytes that are none may be
-/// below 0, and the end of the input is far above 0xFF.
-std::uint32_t shiftJisFromJis(std::int32_t first, std::int32_t second)
-{
-    std::int32_t lead = 0;
-    // QUIRK(Decoders.JisRowsAtTheSeam): rows 0x5F and 0x60 go with the first group.
-    if (first >= 0x21 && first <= 0x60)
-        lead = (first + 1) / 2 + 0x70;
-    else if (first >= 0x3D && first <= 0x7E)
-        lead = (first + 1) / 2 + 0xB0;
-    std::int32_t trail = second + 0x7E;
-    if (first % 2 != 0)
-        trail = second + 0x1F + (second > 0x5F ? 1 : 0);
-    return static_cast<std::uint32_t>(lead * 256 + (trail & 0xFF));
 }
 
 /// `bias` is what the bytes of the set are above those of JIS.
@@ -158,9 +158,27 @@ std::int32_t decodeUtf8(std::uint32_t lead, HtmlFilterContext& context)
 
 } // namespace
 
+const LeadBytes& leadBytesOf(std::uint16_t charSet)
+{
+    switch (charSet) {
+    case CHARSET_SHIFT_JIS:
+        return kShiftJisLeadBytes;
+    case CHARSET_BIG5:
+        return kBig5LeadBytes;
+    case CHARSET_GB2312:
+        return kGb2312LeadBytes;
+    case CHARSET_KOREAN:
+        return kKoreanLeadBytes;
+    case CHARSET_EUC_JP:
+    case CHARSET_GB_8BIT:
+        return kEucLeadBytes;
+    default:
+        return kNoLeadBytes;
+    }
+}
+
 std::int32_t decodeMultiByte(std::uint32_t byte, HtmlFilterContext& context)
 {
-    bool isLead = false;
     switch (context.currentCharSet) {
     case CHARSET_UTF8:
         return decodeUtf8(byte, context);
@@ -172,27 +190,12 @@ std::int32_t decodeMultiByte(std::uint32_t byte, HtmlFilterContext& context)
         return decodeHz(byte, context);
     case CHARSET_JIS:
         return decodeJisPair(byte, /*bias=*/0, context);
-    case CHARSET_EUC_JP:
-        if (within(byte, 0xA1, 0xFE))
-            return decodeJisPair(byte, /*bias=*/0x80, context);
-        break;
-    case CHARSET_SHIFT_JIS:
-        isLead = within(byte, 0x81, 0x9F) || within(byte, 0xE0, 0xFC);
-        break;
-    case CHARSET_BIG5:
-        isLead = within(byte, 0xA1, 0xC6) || within(byte, 0xC9, 0xF9);
-        break;
-    case CHARSET_GB2312:
-        isLead = UTIsLeadByte(kGb2312Id, static_cast<std::uint8_t>(byte)) != 0;
-        break;
-    case CHARSET_KOREAN:
-        isLead = within(byte, 0xA1, 0xAC) || within(byte, 0xB0, 0xC8) || within(byte, 0xCA, 0xFD);
-        break;
-    case CHARSET_GB_8BIT:
-        isLead = within(byte, 0xA1, 0xFE);
-        break;
     default:
         break;
     }
-    return isLead ? decodePair(byte, context) : deliverOneByte(byte, context);
+    if (!leadBytesOf(context.currentCharSet).isLead[byte])
+        return deliverOneByte(byte, context);
+    if (context.currentCharSet == CHARSET_EUC_JP)
+        return decodeJisPair(byte, kEucBias, context);
+    return decodePair(byte, context);
 }

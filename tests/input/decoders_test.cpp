@@ -1,5 +1,6 @@
 #include "input/decoders.h"
 
+#include "support/ut_strings.h"
 #include "tests/common/test_context.h"
 #include "tests/input/naive_reader.h"
 
@@ -153,6 +154,15 @@ TEST(Decoders, LeadBytesOfEachSet)
             EXPECT_EQ(lead ? 1u : 2u, readAll(bytes, row.set).size())
                 << std::hex << row.set << ' ' << byte;
         }
+    }
+}
+
+TEST(Decoders, LeadBytesOfGb2312AreThoseOfTheEngine)
+{
+    for (std::uint32_t byte = 0; byte < 256; ++byte) {
+        EXPECT_EQ(leadBytesOf(CHARSET_GB2312).isLead[byte],
+            UTIsLeadByte(0x13A80000, static_cast<std::uint8_t>(byte)) != 0)
+            << byte;
     }
 }
 
