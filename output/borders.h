@@ -1,6 +1,7 @@
 #pragma once
 
 #include "output/host_routines.h"
+#include "support/css_names.h"
 
 #include <cstdint>
 
@@ -15,6 +16,28 @@ struct BorderSides {
     BorderSide right;
     bool isGiven; ///< anything was declared for any side
 };
+
+/// Whether a property is one that borderSidesOf reads.
+constexpr bool isBorderSide(ZVCSSProperty property)
+{
+    switch (property) {
+    case PROPERTY_BORDER_BOTTOM_COLOR:
+    case PROPERTY_BORDER_BOTTOM_STYLE:
+    case PROPERTY_BORDER_BOTTOM_WIDTH:
+    case PROPERTY_BORDER_LEFT_COLOR:
+    case PROPERTY_BORDER_LEFT_STYLE:
+    case PROPERTY_BORDER_LEFT_WIDTH:
+    case PROPERTY_BORDER_RIGHT_COLOR:
+    case PROPERTY_BORDER_RIGHT_STYLE:
+    case PROPERTY_BORDER_RIGHT_WIDTH:
+    case PROPERTY_BORDER_TOP_COLOR:
+    case PROPERTY_BORDER_TOP_STYLE:
+    case PROPERTY_BORDER_TOP_WIDTH:
+        return true;
+    default:
+        return false;
+    }
+}
 
 /// Reads the border-* declarations of a list. What is not given is 15 twips wide, black and has no
 /// line.

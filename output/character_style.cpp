@@ -12,7 +12,7 @@
 #include "support/ut_strings.h"
 #include "tree/element_sets.h"
 
-#include <array>
+#include <span>
 
 namespace {
 
@@ -32,63 +32,75 @@ constexpr ElementSet kAlignedAsTable{ELEMENT_TABLE, ELEMENT_TBODY, ELEMENT_TD, E
 
 /// What a keyword of a property switches: a character attribute, on or off.
 struct KeywordSwitch {
-    ZVCSSProperty property;
     ZVCSSValue keyword;
     std::uint32_t attribute; ///< a CHARACTER_ code
     std::uint32_t flag; ///< 1 on, 0 off
 };
 
-constexpr auto kKeywordSwitches = std::to_array<KeywordSwitch>({
-    {PROPERTY_FONT_STYLE, VALUE_ITALIC, CHARACTER_ITALIC, 1},
-    {PROPERTY_FONT_STYLE, VALUE_OBLIQUE, CHARACTER_ITALIC, 1},
-    {PROPERTY_FONT_STYLE, VALUE_NORMAL, CHARACTER_ITALIC, 0},
-    {PROPERTY_FONT_VARIANT, VALUE_SMALL_CAPS, CHARACTER_SMALL_CAPITALS, 1},
-    {PROPERTY_FONT_VARIANT, VALUE_NORMAL, CHARACTER_SMALL_CAPITALS, 0},
-    {PROPERTY_FONT_WEIGHT, VALUE_BOLD, CHARACTER_BOLD, 1},
-    {PROPERTY_FONT_WEIGHT, VALUE_600, CHARACTER_BOLD, 1},
-    {PROPERTY_FONT_WEIGHT, VALUE_700, CHARACTER_BOLD, 1},
-    {PROPERTY_FONT_WEIGHT, VALUE_800, CHARACTER_BOLD, 1},
-    {PROPERTY_FONT_WEIGHT, VALUE_900, CHARACTER_BOLD, 1},
-    {PROPERTY_FONT_WEIGHT, VALUE_NORMAL, CHARACTER_BOLD, 0},
-    {PROPERTY_FONT_WEIGHT, VALUE_100, CHARACTER_BOLD, 0},
-    {PROPERTY_FONT_WEIGHT, VALUE_200, CHARACTER_BOLD, 0},
-    {PROPERTY_FONT_WEIGHT, VALUE_300, CHARACTER_BOLD, 0},
-    {PROPERTY_FONT_WEIGHT, VALUE_400, CHARACTER_BOLD, 0},
-    {PROPERTY_FONT_WEIGHT, VALUE_500, CHARACTER_BOLD, 0},
-    {PROPERTY_TEXT_DECORATION, VALUE_BLINK, CHARACTER_BLINK, 1},
-    {PROPERTY_TEXT_DECORATION, VALUE_LINE_THROUGH, CHARACTER_STRIKE_THROUGH, 1},
-    {PROPERTY_TEXT_DECORATION, VALUE_UNDERLINE, CHARACTER_UNDERLINE, 1},
-    {PROPERTY_TEXT_TRANSFORM, VALUE_CAPITALIZE, CHARACTER_INITIAL_CAPITALS, 1},
-    {PROPERTY_TEXT_TRANSFORM, VALUE_LOWERCASE, CHARACTER_LOWER_CASE, 1},
-    {PROPERTY_TEXT_TRANSFORM, VALUE_UPPERCASE, CHARACTER_ALL_CAPITALS, 1},
-    {PROPERTY_VERTICAL_ALIGN, VALUE_SUB, CHARACTER_SUBSCRIPT, 1},
-    {PROPERTY_VERTICAL_ALIGN, VALUE_SUPER, CHARACTER_SUPERSCRIPT, 1},
-    {PROPERTY_VERTICAL_ALIGN, VALUE_BASELINE, CHARACTER_SUBSCRIPT, 0},
-    {PROPERTY_VERTICAL_ALIGN, VALUE_BASELINE, CHARACTER_SUPERSCRIPT, 0},
-});
+using KeywordSwitches = std::span<const KeywordSwitch>;
+
+constexpr KeywordSwitch kFontStyles[] = {
+    {VALUE_ITALIC, CHARACTER_ITALIC, 1},
+    {VALUE_OBLIQUE, CHARACTER_ITALIC, 1},
+    {VALUE_NORMAL, CHARACTER_ITALIC, 0},
+};
+constexpr KeywordSwitch kFontVariants[] = {
+    {VALUE_SMALL_CAPS, CHARACTER_SMALL_CAPITALS, 1},
+    {VALUE_NORMAL, CHARACTER_SMALL_CAPITALS, 0},
+};
+constexpr KeywordSwitch kFontWeights[] = {
+    {VALUE_BOLD, CHARACTER_BOLD, 1},
+    {VALUE_600, CHARACTER_BOLD, 1},
+    {VALUE_700, CHARACTER_BOLD, 1},
+    {VALUE_800, CHARACTER_BOLD, 1},
+    {VALUE_900, CHARACTER_BOLD, 1},
+    {VALUE_NORMAL, CHARACTER_BOLD, 0},
+    {VALUE_100, CHARACTER_BOLD, 0},
+    {VALUE_200, CHARACTER_BOLD, 0},
+    {VALUE_300, CHARACTER_BOLD, 0},
+    {VALUE_400, CHARACTER_BOLD, 0},
+    {VALUE_500, CHARACTER_BOLD, 0},
+};
+constexpr KeywordSwitch kDecorations[] = {
+    {VALUE_BLINK, CHARACTER_BLINK, 1},
+    {VALUE_LINE_THROUGH, CHARACTER_STRIKE_THROUGH, 1},
+    {VALUE_UNDERLINE, CHARACTER_UNDERLINE, 1},
+};
+constexpr KeywordSwitch kTransforms[] = {
+    {VALUE_CAPITALIZE, CHARACTER_INITIAL_CAPITALS, 1},
+    {VALUE_LOWERCASE, CHARACTER_LOWER_CASE, 1},
+    {VALUE_UPPERCASE, CHARACTER_ALL_CAPITALS, 1},
+};
+constexpr KeywordSwitch kVerticalAlignments[] = {
+    {VALUE_SUB, CHARACTER_SUBSCRIPT, 1},
+    {VALUE_SUPER, CHARACTER_SUPERSCRIPT, 1},
+    {VALUE_BASELINE, CHARACTER_SUBSCRIPT, 0},
+    {VALUE_BASELINE, CHARACTER_SUPERSCRIPT, 0},
+};
 
 void setCharacter(std::uint32_t attribute, std::uint32_t flag, HtmlFilterContext& context)
 {
     SOSetProperty(PROPERTY_KIND_CHARACTER, attribute, flag, 0, context);
 }
 
-void deliverSwitches(ZVCSSProperty property, const HtmlValue* value, HtmlFilterContext& context)
+void deliverSwitches(KeywordSwitches switches, const HtmlValue* value, HtmlFilterContext& context)
 {
     const HtmlCssKeywordValue* keyword = HtmlCssKeywordValue::from(value);
     if (keyword == nullptr)
         return;
-    for (const KeywordSwitch& row : kKeywordSwitches) {
-        if (row.property == property && row.keyword == keyword->keyword)
+    for (const KeywordSwitch& row : switches) {
+        if (row.keyword == keyword->keyword)
             setCharacter(row.attribute, row.flag, context);
     }
 }
 
 /// A property with a list of values: what it may have switched on goes off first.
-void deliverValueList(const CssDeclaration& declaration, HtmlFilterContext& context)
+void deliverValueList(
+    const CssDeclaration& declaration, KeywordSwitches switches, HtmlFilterContext& context)
 {
     const std::int32_t count = declaration.getValueCount();
     for (std::int32_t i = 0; i < count; ++i)
-        deliverSwitches(declaration.getProperty(), declaration.getValueAt(i), context);
+        deliverSwitches(switches, declaration.getValueAt(i), context);
 }
 
 void deliverDecoration(const CssDeclaration& declaration, HtmlFilterContext& context)
@@ -96,7 +108,7 @@ void deliverDecoration(const CssDeclaration& declaration, HtmlFilterContext& con
     setCharacter(CHARACTER_STRIKE_THROUGH, 0, context);
     setCharacter(CHARACTER_UNDERLINE, 0, context);
     setCharacter(CHARACTER_BLINK, 0, context);
-    deliverValueList(declaration, context);
+    deliverValueList(declaration, kDecorations, context);
 }
 
 void deliverTransform(const CssDeclaration& declaration, HtmlFilterContext& context)
@@ -104,7 +116,7 @@ void deliverTransform(const CssDeclaration& declaration, HtmlFilterContext& cont
     setCharacter(CHARACTER_INITIAL_CAPITALS, 0, context);
     setCharacter(CHARACTER_LOWER_CASE, 0, context);
     setCharacter(CHARACTER_ALL_CAPITALS, 0, context);
-    deliverValueList(declaration, context);
+    deliverValueList(declaration, kTransforms, context);
 }
 
 void deliverColor(const HtmlValue* value, HtmlFilterContext& context)
@@ -209,9 +221,13 @@ bool deliverCharacterDeclaration(const CssDeclaration& declaration, HTML_SOINFO&
         deliverFontSize(value, frame, context);
         return true;
     case PROPERTY_FONT_STYLE:
+        deliverSwitches(kFontStyles, value, context);
+        return true;
     case PROPERTY_FONT_VARIANT:
+        deliverSwitches(kFontVariants, value, context);
+        return true;
     case PROPERTY_FONT_WEIGHT:
-        deliverSwitches(declaration.getProperty(), value, context);
+        deliverSwitches(kFontWeights, value, context);
         return true;
     case PROPERTY_LETTER_SPACING:
         deliverLetterSpacing(value, frame, context);
@@ -224,7 +240,7 @@ bool deliverCharacterDeclaration(const CssDeclaration& declaration, HTML_SOINFO&
         return true;
     case PROPERTY_VERTICAL_ALIGN:
         if (!kAlignedAsTable.contains(element))
-            deliverSwitches(PROPERTY_VERTICAL_ALIGN, value, context);
+            deliverSwitches(kVerticalAlignments, value, context);
         return true;
     default:
         return false;

@@ -13,8 +13,9 @@
 #include "output/tables.h"
 #include "output/text.h"
 #include "output/tree_walk.h"
-#include "support/process_heap.h"
+#include "style/style_spares.h"
 
+#include <memory>
 #include <utility>
 
 namespace {
@@ -266,7 +267,7 @@ std::uint32_t enterElement(HtmlTreeNode& node, HtmlFilterContext& context)
     if (frame == nullptr)
         return 0;
     if (hasUndo(node)) {
-        frame->undoList = zorvan::newObject<CssDeclarationList>(context.valueCache);
+        frame->undoList = takeUndoList(context).release();
         if (frame->undoList == nullptr)
             context.statusFlags |= STATUS_OUT_OF_MEMORY;
     }
@@ -276,8 +277,8 @@ std::uint32_t enterElement(HtmlTreeNode& node, HtmlFilterContext& context)
         return 0;
     }
     if (frame->undoList != nullptr && frame->undoList->isEmpty()) {
-        delete frame->undoList;
-        frame->undoList = nullptr;
+        giveBackUndoList(
+            std::unique_ptr<CssDeclarationList>(std::exchange(frame->undoList, nullptr)), context);
     }
     pushFrame(std::move(frame), node, context);
     return entry == Entry::SkipChildren ? 1 : 0;

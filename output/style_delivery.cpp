@@ -1,5 +1,6 @@
 #include "output/style_delivery.h"
 
+#include "output/borders.h"
 #include "output/character_style.h"
 #include "output/node_values.h"
 #include "output/paragraphs.h"
@@ -9,6 +10,7 @@
 #include "style/css_declaration_list.h"
 #include "style/lengths.h"
 #include "style/property_snapshot.h"
+#include "style/style_spares.h"
 #include "support/css_names.h"
 #include "tree/element_sets.h"
 
@@ -26,25 +28,13 @@ bool isUndone(ZVCSSProperty property, std::uint32_t element)
     case PROPERTY_TEXT_ALIGN:
     case PROPERTY_VERTICAL_ALIGN:
         return !kTableParts.contains(element);
-    case PROPERTY_BORDER_BOTTOM_COLOR:
-    case PROPERTY_BORDER_BOTTOM_STYLE:
-    case PROPERTY_BORDER_BOTTOM_WIDTH:
-    case PROPERTY_BORDER_LEFT_COLOR:
-    case PROPERTY_BORDER_LEFT_STYLE:
-    case PROPERTY_BORDER_LEFT_WIDTH:
-    case PROPERTY_BORDER_RIGHT_COLOR:
-    case PROPERTY_BORDER_RIGHT_STYLE:
-    case PROPERTY_BORDER_RIGHT_WIDTH:
-    case PROPERTY_BORDER_TOP_COLOR:
-    case PROPERTY_BORDER_TOP_STYLE:
-    case PROPERTY_BORDER_TOP_WIDTH:
     case PROPERTY_MARGIN_BOTTOM:
     case PROPERTY_MARGIN_LEFT:
     case PROPERTY_MARGIN_RIGHT:
     case PROPERTY_MARGIN_TOP:
         return element != ELEMENT_IMG;
     default:
-        return true;
+        return element != ELEMENT_IMG || !isBorderSide(property);
     }
 }
 
@@ -71,47 +61,92 @@ HtmlValue*& backgroundOf(std::uint32_t element, HtmlFilterContext& context)
     return context.blockBackground;
 }
 
-/// Puts into the undo list what gives a property back that runningStyle has.
-void noteUndo(const CssDeclaration& declaration, CssDeclarationList& undoList,
-    std::uint32_t element, HtmlFilterContext& context)
+void setUndo(ZVCSSProperty property, HtmlValue* value, CssDeclarationList& undoList,
+    HtmlFilterContext& context)
+{
+    if (value == nullptr)
+        return;
+    const CssDeclaration declaration(property, value, /*important=*/false, /*edgeMargin=*/false);
+    ::setUndo(declaration, undoList, context);
+}
+
+/// Puts into the undo list what gives a property back. running: the declaration in force.
+void noteUndo(const CssDeclaration& declaration, const CssDeclaration& running,
+    CssDeclarationList& undoList, std::uint32_t element, HtmlFilterContext& context)
 {
     const ZVCSSProperty property = declaration.getProperty();
     const HtmlLengthValue* length = HtmlLengthValue::from(declaration.getValue());
     if (length != nullptr && isAdded(property)) {
         const zorvan::Length& added = length->length;
-        undoList.set(property, context.valueCache->lengthValue(-added.value, added.units),
-            /*important=*/false, /*edgeMargin=*/false);
+        setUndo(property, context.valueCache->lengthValue(-added.value, added.units), undoList,
+            context);
         return;
     }
     if (property == PROPERTY_BACKGROUND_COLOR) {
-        undoList.set(property, backgroundOf(element, context), /*important=*/false,
-            /*edgeMargin=*/false);
+        setUndo(property, backgroundOf(element, context), undoList, context);
         return;
     }
     if (isInherited(property)) {
-        const CssDeclaration* running = context.runningStyle->get(property);
-        if (!running->equals(declaration, /*compareImportant=*/false))
-            undoList.setCopy(*running);
+        if (!running.equals(declaration, /*compareImportant=*/false))
+            ::setUndo(running, undoList, context);
         return;
     }
     CssDeclaration initial;
     if (getInitialDeclaration(property, initial, /*useInitialStyle=*/0, context))
-        undoList.setCopy(initial);
+        ::setUndo(initial, undoList, context);
+}
+
+void noteUndoOf(const CssDeclaration& declaration, CssDeclarationList& undoList,
+    std::uint32_t element, HtmlFilterContext& context)
+{
+    if (!isUndone(declaration.getProperty(), element))
+        return;
+    CssDeclaration* const* running = context.runningStyle->find(declaration.getProperty());
+    if (running != nullptr)
+        noteUndo(declaration, **running, undoList, element, context);
+}
+
+bool isRelativeLength(const CssDeclaration& declaration)
+{
+    const HtmlLengthValue* length = HtmlLengthValue::from(declaration.getValue());
+    return length != nullptr && isRelative(*length);
+}
+
+bool holdsRelativeLength(const CssDeclarationList& declarations)
+{
+    for (auto cursor = declarations.first(); !cursor.isAtEnd(); cursor.advance()) {
+        if (isRelativeLength(*cursor.value()))
+            return true;
+    }
+    return false;
 }
 
 void resolveAndNoteUndo(CssDeclarationList& declarations, HTML_SOINFO& frame, std::uint32_t element,
     HtmlFilterContext& context)
 {
+    // Nearly always the tree builder has resolved all lengths, and the list stays as it is.
+    if (!holdsRelativeLength(declarations)) {
+        for (auto cursor = declarations.first(); !cursor.isAtEnd(); cursor.advance())
+            noteUndoOf(*cursor.value(), *frame.undoList, element, context);
+        return;
+    }
     const HTML_SOINFO* newest = newestFrame(context);
     const std::uint32_t fontSize = newest != nullptr ? newest->fontSizePx : frame.fontSizePx;
-    const PropertySnapshot properties(declarations);
-    for (const ZVCSSProperty property : properties) {
-        const HtmlLengthValue* length = HtmlLengthValue::from(declarations.findValue(property));
-        if (length != nullptr && isRelative(*length))
+    for (const ZVCSSProperty property : PropertySnapshot(declarations)) {
+        if (isRelativeLength(*declarations.get(property)))
             resolveLength(declarations, property, fontSize);
-        if (context.runningStyle->contains(property) && isUndone(property, element))
-            noteUndo(*declarations.get(property), *frame.undoList, element, context);
+        noteUndoOf(*declarations.get(property), *frame.undoList, element, context);
     }
+}
+
+/// Puts a declaration into runningStyle, when it is there.
+void putIntoForce(
+    const CssDeclaration& declaration, std::uint32_t element, HtmlFilterContext& context)
+{
+    if (declaration.getProperty() != PROPERTY_BACKGROUND_COLOR)
+        context.runningStyle->replaceByCopy(declaration);
+    else if (context.runningStyle->contains(PROPERTY_BACKGROUND_COLOR))
+        backgroundOf(element, context) = declaration.getValue();
 }
 
 } // namespace
@@ -133,18 +168,16 @@ void deliverStyle(CssDeclarationList& declarations, std::uint32_t element, std::
         return;
     const HTML_SOINFO* newest = newestFrame(context);
     HTML_SOINFO frame = newest != nullptr ? *newest : emptyFrame();
+    bool hasBorder = false;
     for (auto cursor = declarations.first(); !cursor.isAtEnd(); cursor.advance()) {
         const CssDeclaration& declaration = *cursor.value();
-        if (context.runningStyle->contains(cursor.key())) {
-            if (cursor.key() == PROPERTY_BACKGROUND_COLOR)
-                backgroundOf(element, context) = declaration.getValue();
-            else
-                context.runningStyle->setCopy(declaration);
-        }
+        hasBorder = hasBorder || isBorderSide(cursor.key());
+        putIntoForce(declaration, element, context);
         if (!deliverCharacterDeclaration(declaration, frame, element, context))
             deliverBlockDeclaration(declaration, frame, element, context);
     }
-    deliverParagraphBorder(declarations, element, restoring != 1 ? 1 : 0, context);
+    if (hasBorder)
+        deliverParagraphBorder(declarations, element, restoring != 1 ? 1 : 0, context);
 }
 
 double fontSizePixels(const HtmlValue& value, std::uint32_t parentPx)

@@ -1,10 +1,12 @@
 #include "output/tree_walk.h"
 
 #include "filter/filter_internals.h"
+#include "output/frame_spares.h"
 #include "output/host_calls.h"
 #include "output/node_values.h"
 #include "output/paragraphs.h"
 #include "output/text.h"
+#include "style/style_spares.h"
 #include "support/process_heap.h"
 
 #include <algorithm>
@@ -212,14 +214,19 @@ HTML_SOINFO emptyFrame()
 
 FramePointer makeFrame(HtmlFilterContext& context)
 {
-    const HTML_SOINFO* newest = newestFrame(context);
-    FramePointer frame(zorvan::newObject<HTML_SOINFO>(newest != nullptr ? *newest : emptyFrame()));
-    if (frame == nullptr) {
+    FrameSpares* const spares = frameSparesOf(context);
+    HTML_SOINFO* frame = spares != nullptr ? spares->take() : nullptr;
+    if (frame == nullptr)
+        frame = zorvan::newObject<HTML_SOINFO>();
+    if (spares == nullptr || frame == nullptr) {
+        delete frame;
         context.statusFlags |= STATUS_OUT_OF_MEMORY;
-        return frame;
+        return nullptr;
     }
+    const HTML_SOINFO* newest = newestFrame(context);
+    *frame = newest != nullptr ? *newest : emptyFrame();
     frame->undoList = nullptr;
-    return frame;
+    return FramePointer(frame);
 }
 
 void pushFrame(FramePointer frame, HtmlTreeNode& node, HtmlFilterContext& context)
@@ -235,15 +242,25 @@ void pushFrame(FramePointer frame, HtmlTreeNode& node, HtmlFilterContext& contex
     }
     frame->element = elementOf(node);
     buildFrame(*frame, newest != nullptr ? *newest : *frame, declarations, context);
-    context.deferredList.push(frame.get());
+    if (FrameSpares* const spares = frameSparesOf(context))
+        spares->push(frame.get(), context.deferredList);
+    else
+        context.deferredList.push(frame.get());
     frame.release();
     noteOpened(elementOf(node), &node, *context.internals);
 }
 
 void popFrame(HtmlFilterContext& context)
 {
-    const FramePointer frame(context.deferredList.pop());
+    HTML_SOINFO* const frame = newestFrame(context);
     noteClosed(frame->element, *context.internals);
+    giveBackUndoList(
+        std::unique_ptr<CssDeclarationList>(std::exchange(frame->undoList, nullptr)), context);
+    // There are no spares yet when the frames come from a stored position.
+    if (FrameSpares* const spares = context.internals->frameSpares.get())
+        spares->pop(context.deferredList);
+    else
+        delete context.deferredList.pop();
 }
 
 void reindexOpenFrames(HtmlFilterContext& context)

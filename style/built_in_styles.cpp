@@ -164,6 +164,15 @@ constexpr auto kStyleOfElement = [] {
     return places;
 }();
 
+constexpr auto kIsRelative = [] {
+    std::array<bool, kElementCount> relative{};
+    for (const BuiltInStyle& style : kBuiltInStyles) {
+        relative[style.element] = std::ranges::any_of(style.declarations,
+            [](const BuiltInDeclaration& each) { return each.value.kind == TableValue::Kind::Em; });
+    }
+    return relative;
+}();
+
 } // namespace
 
 std::span<const BuiltInDeclaration> builtInStyleOf(std::uint32_t elementId)
@@ -175,8 +184,7 @@ std::span<const BuiltInDeclaration> builtInStyleOf(std::uint32_t elementId)
 
 bool hasRelativeBuiltInStyle(std::uint32_t elementId)
 {
-    return std::ranges::any_of(builtInStyleOf(elementId),
-        [](const BuiltInDeclaration& each) { return each.value.kind == TableValue::Kind::Em; });
+    return elementId < kElementCount && kIsRelative[elementId];
 }
 
 std::unique_ptr<CssDeclarationList> makeBuiltInDeclarations(

@@ -38,6 +38,14 @@ CssDeclarationList* joinOwn(CssDeclarationList* result, CssDeclarationList& own,
     return result;
 }
 
+/// Frees the own list of an element that takes another one: it is empty, and there would be one for
+/// nearly each element until close.
+void dropEmptyOwn(HtmlTagNodeData& element, StyleSheet& sheet)
+{
+    if (element.declarations != nullptr && sheet.dropNodeDeclarations(element.declarations))
+        element.declarations = nullptr;
+}
+
 bool hasKeyword(const CssDeclarationList& list, ZVCSSProperty property, ZVCSSValue keyword)
 {
     const auto* value = HtmlCssKeywordValue::from(list.findValue(property));
@@ -83,14 +91,23 @@ CssDeclarationList* builtInFor(
     return &makeRightToLeft(*builtIn, sheet);
 }
 
-bool holdsInherit(const CssDeclarationList& list)
+/// What resolveInherit asks of a list.
+struct InheritTraits {
+    bool hasInherit = false;
+    bool hasDirection = false;
+};
+
+InheritTraits inheritTraitsOf(const CssDeclarationList& list)
 {
+    InheritTraits traits;
     for (auto cursor = list.first(); !cursor.isAtEnd(); cursor.advance()) {
         const auto* keyword = HtmlCssKeywordValue::from(cursor.value()->getValue());
         if (keyword != nullptr && keyword->keyword == VALUE_INHERIT)
-            return true;
+            traits.hasInherit = true;
+        if (cursor.key() == PROPERTY_DIRECTION)
+            traits.hasDirection = true;
     }
-    return false;
+    return traits;
 }
 
 void replaceInherit(CssDeclarationList& list, const HtmlFilterContext& context)
@@ -104,9 +121,10 @@ void replaceInherit(CssDeclarationList& list, const HtmlFilterContext& context)
     }
 }
 
+/// Lets direction, which the list must have, set the alignment.
 void alignByDirection(CssDeclarationList& list)
 {
-    if (!list.contains(PROPERTY_DIRECTION) || list.contains(PROPERTY_TEXT_ALIGN))
+    if (list.contains(PROPERTY_TEXT_ALIGN))
         return;
     ZVCSSValue alignment = VALUE_LEFT;
     if (hasKeyword(list, PROPERTY_DIRECTION, VALUE_RTL))
@@ -134,8 +152,10 @@ CssDeclarationList* cascade(StyleSheet& sheet, HtmlTreeNode& node, HtmlTreeNode*
         return result;
     // Most elements have nothing but these. The list stays as it is when the element is entered,
     // unless a length of it hangs on the font size, so all elements of a kind can share it.
-    if (result == nullptr && !hasRelativeBuiltInStyle(element.elementId))
+    if (result == nullptr && !hasRelativeBuiltInStyle(element.elementId)) {
+        dropEmptyOwn(element, sheet);
         return builtIn;
+    }
     if (result == nullptr)
         result = &makeKeptList(sheet);
     result->merge(*builtIn, /*copy=*/true);
@@ -146,7 +166,9 @@ void resolveInherit(CssDeclarationList& list, HtmlFilterContext& context)
 {
     if (list.isEmpty())
         return;
-    if (holdsInherit(list))
+    const InheritTraits traits = inheritTraitsOf(list);
+    if (traits.hasInherit)
         replaceInherit(list, context);
-    alignByDirection(list);
+    if (traits.hasDirection)
+        alignByDirection(list);
 }

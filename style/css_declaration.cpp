@@ -3,6 +3,7 @@
 #include "containers/failures.h"
 #include "support/process_heap.h"
 
+#include <algorithm>
 #include <utility>
 
 CssDeclaration::CssDeclaration()
@@ -28,7 +29,7 @@ CssDeclaration::CssDeclaration(const CssDeclaration& other)
 {
 }
 
-CssDeclaration& CssDeclaration::operator=(const CssDeclaration& other)
+CssDeclaration& CssDeclaration::assignList(const CssDeclaration& other)
 {
     if (this == &other)
         return *this;
@@ -65,10 +66,9 @@ void CssDeclaration::addValue(HtmlValue* added)
         values = std::move(list);
         value = nullptr;
     }
-    std::int32_t position = 0;
-    while (position < values->getCount() && compareValues(*values->get(position), *added) <= 0)
-        ++position;
-    values->insert(position, added);
+    HtmlValue* const* const place = std::upper_bound(values->begin(), values->end(), added,
+        [](const HtmlValue* a, const HtmlValue* b) { return compareValues(*a, *b) < 0; });
+    values->insert(static_cast<std::int32_t>(place - values->begin()), added);
 }
 
 bool CssDeclaration::equals(const CssDeclaration& other, bool compareImportant) const

@@ -17,14 +17,23 @@ public:
 
     /// Copies share the values and have a list of their own.
     CssDeclaration(const CssDeclaration& other);
-    CssDeclaration& operator=(const CssDeclaration& other);
+    CssDeclaration& operator=(const CssDeclaration& other)
+    {
+        if (values != nullptr || other.values != nullptr)
+            return assignList(other);
+        important = other.important;
+        edgeMargin = other.edgeMargin;
+        property = other.property;
+        value = other.value;
+        return *this;
+    }
 
     ~CssDeclaration() = default;
 
     ZVCSSProperty getProperty() const { return property; }
 
     /// The first value; null when there is none.
-    HtmlValue* getValue() const { return getValueAt(0); }
+    HtmlValue* getValue() const { return values == nullptr ? value : getValueAt(0); }
 
     /// Null for an index outside the list.
     HtmlValue* getValueAt(std::int32_t index) const;
@@ -54,6 +63,7 @@ private:
 
     static std::unique_ptr<Values> makeValues(std::int32_t count);
     static std::unique_ptr<Values> copyOf(const Values* source);
+    CssDeclaration& assignList(const CssDeclaration& other);
 
     ZVCSSProperty property;
     HtmlValue* value; // null when values is in use

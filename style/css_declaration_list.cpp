@@ -91,15 +91,23 @@ void CssDeclarationList::set(
 void CssDeclarationList::setCopy(const CssDeclaration& declaration)
 {
     takeOwnership();
-    CssDeclaration* const* own = find(declaration.getProperty());
-    if (own == nullptr) {
+    if (!replaceByCopy(declaration))
         add(copyOf(declaration).release());
-        return;
-    }
+}
+
+bool CssDeclarationList::replaceByCopy(const CssDeclaration& declaration)
+{
+    bool isLast = false;
+    CssDeclaration* const* own = find(declaration.getProperty(), isLast);
+    if (own == nullptr)
+        return false;
+    takeOwnership();
     // The declaration that is there becomes the copy: style is entered and left for each element,
     // and nearly always replaces.
     **own = declaration;
-    putAgain(declaration.getProperty());
+    if (!isLast)
+        putAgain(declaration.getProperty());
+    return true;
 }
 
 void CssDeclarationList::replaceValue(ZVCSSProperty property, HtmlValue* value)

@@ -10,8 +10,10 @@
 
 /// Declarations by property, at most one for each: what style is said with. The order of iteration
 /// is that of HashMap. An owning list deletes its declarations and takes copies of what it is given
-/// by others; any other only points at declarations of somebody else. Where there is no memory for
-/// a declaration, std::bad_alloc is thrown and the list is as it was.
+/// by others; any other only points at declarations of somebody else. Where there is no memory,
+/// std::bad_alloc is thrown and the list holds what it held, in the same order, with two
+/// exceptions: a call that makes it owning may have done so by then, and merge keeps what it has
+/// merged so far.
 class CssDeclarationList : public zorvan::HashMap<ZVCSSProperty, CssDeclaration*> {
 public:
     using Base = zorvan::HashMap<ZVCSSProperty, CssDeclaration*>;
@@ -30,6 +32,9 @@ public:
 
     /// Makes the list owning and stores a copy.
     void setCopy(const CssDeclaration& declaration);
+
+    /// The same for a property that is there; answers false, and does nothing, for any other.
+    bool replaceByCopy(const CssDeclaration& declaration);
 
     /// Gives the declaration of a property, which must be there, a new and only value; its marks
     /// stay. Makes the list owning unless nothing changes.

@@ -1,12 +1,11 @@
 #include "style/cascade.h"
 
 #include "containers/failures.h"
-#include "containers/linked_list.h"
 #include "style/css_declaration_list.h"
 #include "style/font_names.h"
 #include "style/lengths.h"
 #include "style/property_snapshot.h"
-#include "support/process_heap.h"
+#include "style/style_spares.h"
 #include "tree/html_tree.h"
 
 #include <memory>
@@ -17,20 +16,23 @@ namespace {
 
 constexpr std::u16string_view kDefaultFont = u"Times New Roman";
 
-std::unique_ptr<BuildFrame> makeFrame(const HtmlFilterContext& context)
-{
-    std::unique_ptr<BuildFrame> frame(zorvan::newObject<BuildFrame>());
-    if (frame == nullptr)
-        zorvan::throwOutOfStorage();
-    if (!context.buildFrames.isEmpty())
-        *frame = *context.buildFrames.head->value;
-    return frame;
-}
+/// An undo list in the making.
+struct Undo {
+    CssDeclarationList& list;
+    StyleSpares& spares;
 
-std::unique_ptr<CssDeclarationList> makeUndoList(const HtmlFilterContext& context)
+    void add(const CssDeclaration& declaration) { spares.setCopy(declaration, list); }
+
+    void add(ZVCSSProperty property, HtmlValue* value)
+    {
+        if (value != nullptr)
+            add(CssDeclaration(property, value, /*important=*/false, /*edgeMargin=*/false));
+    }
+};
+
+std::unique_ptr<CssDeclarationList> makeUndoList(StyleSpares& spares, HtmlFilterContext& context)
 {
-    std::unique_ptr<CssDeclarationList> undo(
-        zorvan::newObject<CssDeclarationList>(context.valueCache));
+    std::unique_ptr<CssDeclarationList> undo = spares.takeList(context.valueCache);
     if (undo == nullptr)
         zorvan::throwOutOfStorage();
     return undo;
@@ -66,7 +68,7 @@ bool addsUp(ZVCSSProperty property)
 }
 
 /// Puts into undo what takes a declaration of an element back.
-void addUndo(const CssDeclaration& declaration, CssDeclarationList& undo, std::uint32_t elementId,
+void addUndo(const CssDeclaration& declaration, Undo& undo, std::uint32_t elementId,
     HtmlFilterContext& context)
 {
     const ZVCSSProperty property = declaration.getProperty();
@@ -76,50 +78,113 @@ void addUndo(const CssDeclaration& declaration, CssDeclarationList& undo, std::u
     if (addsUp(property)) {
         // QUIRK(StyleContext.MarginsAreUndoneByTheirNegative): what then stands in initialStyle is
         // the negated margin, not the one of the parent.
-        if (const auto* length = HtmlLengthValue::from(declaration.getValue())) {
-            undo.set(property, context.valueCache->lengthValue(-length->pixels(), UNITS_PIXELS),
-                /*important=*/false, /*edgeMargin=*/false);
-        }
+        if (const auto* length = HtmlLengthValue::from(declaration.getValue()))
+            undo.add(property, context.valueCache->lengthValue(-length->pixels(), UNITS_PIXELS));
         return;
     }
     if (property == PROPERTY_BACKGROUND_COLOR) {
-        undo.set(property, backgroundInForce(elementId, context), /*important=*/false,
-            /*edgeMargin=*/false);
+        undo.add(property, backgroundInForce(elementId, context));
         return;
     }
     if (isInherited(property)) {
         if (!(*inForce)->equals(declaration, /*compareImportant=*/false))
-            undo.setCopy(**inForce);
+            undo.add(**inForce);
         return;
     }
     CssDeclaration initial;
     if (getInitialDeclaration(property, initial, /*useInitialStyle=*/0, context))
-        undo.setCopy(initial);
+        undo.add(initial);
 }
 
-void buildUndo(CssDeclarationList& list, CssDeclarationList& undo, std::uint32_t elementId,
-    std::uint32_t parentSize, HtmlFilterContext& context)
-{
-    for (const ZVCSSProperty property : PropertySnapshot(list)) {
-        resolveLength(list, property, parentSize);
-        addUndo(*list.get(property), undo, elementId, context);
+/// The declarations of an element in their order, for visits with lengths resolved.
+class ElementDeclarations {
+public:
+    explicit ElementDeclarations(CssDeclarationList& list)
+        : list_(list)
+    {
+        for (auto cursor = list.first(); !cursor.isAtEnd(); cursor.advance()) {
+            isResolved_ = isResolved_ && staysAsItIs(cursor);
+            declarations_[count_++] = cursor.value();
+        }
     }
-}
+
+    /// Resolves each length against a font size and calls visit(declaration).
+    template <typename Visit> void forEachResolved(std::uint32_t fontSize, Visit visit)
+    {
+        if (!isResolved_) {
+            for (const ZVCSSProperty property : PropertySnapshot(list_)) {
+                resolveLength(list_, property, fontSize);
+                visit(*list_.get(property));
+            }
+            return;
+        }
+        for (std::int32_t i = 0; i < count_; ++i)
+            visit(*declarations_[i]);
+    }
+
+private:
+    // Each property stands in a list once.
+    static constexpr std::int32_t kCapacity = PROPERTY_ZOOM + 1;
+
+    /// Whether resolveLength leaves a declaration as it is and where it is.
+    static bool staysAsItIs(const CssDeclarationList::Cursor& place)
+    {
+        const CssDeclaration& declaration = *place.value();
+        const auto* length = HtmlLengthValue::from(declaration.getValue());
+        return length == nullptr
+            || (length->length.units == UNITS_PIXELS && place.isLastOfChain()
+                && declaration.getValueCount() == 1);
+    }
+
+    CssDeclarationList& list_;
+    const CssDeclaration* declarations_[kCapacity]; // in use when nothing is to be resolved
+    std::int32_t count_ = 0;
+    bool isResolved_ = true;
+};
 
 void putIntoForce(
     const CssDeclaration& declaration, std::uint32_t elementId, HtmlFilterContext& context)
 {
-    if (!context.initialStyle->contains(declaration.getProperty()))
-        return;
-    if (declaration.getProperty() == PROPERTY_BACKGROUND_COLOR)
+    if (declaration.getProperty() != PROPERTY_BACKGROUND_COLOR)
+        context.initialStyle->replaceByCopy(declaration);
+    else if (context.initialStyle->contains(PROPERTY_BACKGROUND_COLOR))
         backgroundInForce(elementId, context) = declaration.getValue();
-    else
-        context.initialStyle->setCopy(declaration);
 }
 
-void setFontSize(const CssDeclarationList& list, BuildFrame& frame)
+/// The values of an element that tell its frame and font; null for none.
+struct FrameValues {
+    const HtmlValue* fontSize = nullptr;
+    const HtmlValue* leftMargin = nullptr;
+    const HtmlValue* rightMargin = nullptr;
+    const HtmlValue* textIndent = nullptr;
+    const HtmlValue* fontFamily = nullptr;
+};
+
+void noteFrameValue(const CssDeclaration& declaration, FrameValues& values)
 {
-    const HtmlValue* value = list.findValue(PROPERTY_FONT_SIZE);
+    switch (declaration.getProperty()) {
+    case PROPERTY_FONT_FAMILY:
+        values.fontFamily = declaration.getValue();
+        break;
+    case PROPERTY_FONT_SIZE:
+        values.fontSize = declaration.getValue();
+        break;
+    case PROPERTY_MARGIN_LEFT:
+        values.leftMargin = declaration.getValue();
+        break;
+    case PROPERTY_MARGIN_RIGHT:
+        values.rightMargin = declaration.getValue();
+        break;
+    case PROPERTY_TEXT_INDENT:
+        values.textIndent = declaration.getValue();
+        break;
+    default:
+        break;
+    }
+}
+
+void setFontSize(const HtmlValue* value, BuildFrame& frame)
+{
     if (value == nullptr)
         return;
     const std::uint32_t size = fontSizeInPixels(*value, frame.fontSize);
@@ -127,10 +192,9 @@ void setFontSize(const CssDeclarationList& list, BuildFrame& frame)
         frame.fontSize = size;
 }
 
-std::int32_t wholePixelsOf(
-    const CssDeclarationList& list, ZVCSSProperty property, std::uint32_t fontSize)
+std::int32_t wholePixelsOf(const HtmlValue* value, std::uint32_t fontSize)
 {
-    const auto* length = HtmlLengthValue::from(list.findValue(property));
+    const auto* length = HtmlLengthValue::from(value);
     return length != nullptr ? wholePixels(*length, fontSize) : 0;
 }
 
@@ -141,19 +205,18 @@ void addTo(std::int32_t& sum, std::int32_t addend)
         static_cast<std::uint32_t>(sum) + static_cast<std::uint32_t>(addend));
 }
 
-void addIndents(const CssDeclarationList& list, BuildFrame& frame)
+void addIndents(const FrameValues& values, BuildFrame& frame)
 {
-    const std::int32_t left = wholePixelsOf(list, PROPERTY_MARGIN_LEFT, frame.fontSize);
+    const std::int32_t left = wholePixelsOf(values.leftMargin, frame.fontSize);
     addTo(frame.firstLineIndent, left);
     addTo(frame.leftIndent, left);
-    addTo(frame.rightIndent, wholePixelsOf(list, PROPERTY_MARGIN_RIGHT, frame.fontSize));
-    addTo(frame.firstLineIndent, wholePixelsOf(list, PROPERTY_TEXT_INDENT, frame.fontSize));
+    addTo(frame.rightIndent, wholePixelsOf(values.rightMargin, frame.fontSize));
+    addTo(frame.firstLineIndent, wholePixelsOf(values.textIndent, frame.fontSize));
 }
 
 /// Numbers the fonts of a document in the order of their first use.
-void noteFont(const CssDeclarationList& list, HtmlFilterContext& context)
+void noteFont(const HtmlValue* value, HtmlFilterContext& context)
 {
-    const HtmlValue* value = list.findValue(PROPERTY_FONT_FAMILY);
     if (value == nullptr)
         return;
     if (const auto* family = HtmlWStringValue::from(value))
@@ -164,17 +227,20 @@ void noteFont(const CssDeclarationList& list, HtmlFilterContext& context)
 }
 
 /// Brings declarations into force; undo: what takes them back.
-void enterDeclarations(CssDeclarationList& list, CssDeclarationList& undo, std::uint32_t elementId,
+void enterDeclarations(CssDeclarationList& list, Undo& undo, std::uint32_t elementId,
     BuildFrame& frame, HtmlFilterContext& context)
 {
-    buildUndo(list, undo, elementId, frame.fontSize, context);
-    for (const ZVCSSProperty property : PropertySnapshot(list)) {
-        resolveLength(list, property, frame.fontSize);
-        putIntoForce(*list.get(property), elementId, context);
-    }
-    setFontSize(list, frame);
-    addIndents(list, frame);
-    noteFont(list, context);
+    ElementDeclarations declarations(list);
+    declarations.forEachResolved(frame.fontSize,
+        [&](const CssDeclaration& each) { addUndo(each, undo, elementId, context); });
+    FrameValues values;
+    declarations.forEachResolved(frame.fontSize, [&](const CssDeclaration& each) {
+        putIntoForce(each, elementId, context);
+        noteFrameValue(each, values);
+    });
+    setFontSize(values.fontSize, frame);
+    addIndents(values, frame);
+    noteFont(values.fontFamily, context);
 }
 
 } // namespace
@@ -220,36 +286,40 @@ void resolveLength(CssDeclarationList& list, ZVCSSProperty property, std::uint32
 
 void enterStyle(HtmlTreeNode& node, HtmlFilterContext& context)
 {
-    std::unique_ptr<BuildFrame> frame = makeFrame(context);
+    StyleSpares& spares = styleSparesOf(context);
+    spares.reserveFrame();
+    BuildFrame frame{};
+    if (!context.buildFrames.isEmpty())
+        frame = *context.buildFrames.head->value;
     if (node.parent != nullptr && elementOf(*node.parent) == ELEMENT_TR) {
-        frame->firstLineIndent = 0;
-        frame->leftIndent = 0;
-        frame->rightIndent = 0;
+        frame.firstLineIndent = 0;
+        frame.leftIndent = 0;
+        frame.rightIndent = 0;
     }
     auto& element = static_cast<HtmlTagNodeData&>(*node.data);
     CssDeclarationList* const list = element.declarations;
     if (list != nullptr && !list->isEmpty()) {
-        std::unique_ptr<CssDeclarationList> undo = makeUndoList(context);
-        enterDeclarations(*list, *undo, element.elementId, *frame, context);
-        element.undoDeclarations = undo.release();
+        std::unique_ptr<CssDeclarationList> made = makeUndoList(spares, context);
+        Undo undo{*made, spares};
+        enterDeclarations(*list, undo, element.elementId, frame, context);
+        element.undoDeclarations = made.release();
     }
-    context.buildFrames.push(frame.get());
-    frame.release();
+    spares.pushFrame(frame, context.buildFrames);
 }
 
 void leaveStyle(HtmlGenericNodeData& payload, HtmlFilterContext& context)
 {
     if (payload.elementId == ELEMENT_NONE || context.buildFrames.isEmpty())
         return;
-    delete context.buildFrames.pop();
+    StyleSpares& spares = styleSparesOf(context);
+    spares.popFrame(context.buildFrames);
     auto& element = static_cast<HtmlTagNodeData&>(payload);
-    const std::unique_ptr<CssDeclarationList> undo(
-        std::exchange(element.undoDeclarations, nullptr));
+    std::unique_ptr<CssDeclarationList> undo(std::exchange(element.undoDeclarations, nullptr));
     if (undo == nullptr)
         return;
-    undo->forEach([&](ZVCSSProperty, const CssDeclaration* declaration) {
-        putIntoForce(*declaration, payload.elementId, context);
-    });
+    for (auto cursor = undo->first(); !cursor.isAtEnd(); cursor.advance())
+        putIntoForce(*cursor.value(), payload.elementId, context);
+    spares.giveBack(std::move(undo));
 }
 
 void clearBuildFrames(HtmlFilterContext& context)

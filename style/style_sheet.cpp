@@ -46,6 +46,15 @@ void StyleSheet::keepNodeDeclarations(CssDeclarationList* list) { keep(list, nod
 
 void StyleSheet::keepSavedDeclarations(CssDeclarationList* list) { keep(list, savedDeclarations_); }
 
+bool StyleSheet::dropNodeDeclarations(const CssDeclarationList* list)
+{
+    const std::int32_t newest = nodeDeclarations_.getCount() - 1;
+    if (newest < 0 || nodeDeclarations_.get(newest) != list)
+        return false;
+    delete nodeDeclarations_.remove(newest);
+    return true;
+}
+
 CssDeclarationList* StyleSheet::builtInDeclarations(std::uint32_t elementId)
 {
     if (builtInStyleOf(elementId).empty())

@@ -22,6 +22,9 @@ public:
     void keepNodeDeclarations(CssDeclarationList* list);
     void keepSavedDeclarations(CssDeclarationList* list);
 
+    /// Deletes a list if it is the one that keepNodeDeclarations got last; answers whether.
+    bool dropNodeDeclarations(const CssDeclarationList* list);
+
     /// The built-in declarations of an element, made on first use; null when it has none.
     CssDeclarationList* builtInDeclarations(std::uint32_t elementId);
 

@@ -137,6 +137,44 @@ TEST(Text, VerticalTabNotesTheHostsStop)
     EXPECT_EQ(document.host.callCount, 3U);
 }
 
+// A unit that means something does so wherever it stands among ordinary ones.
+TEST(Text, SpecialUnitsAtEveryPlace)
+{
+    struct Row {
+        const char16_t* special;
+        const char* runs;
+    };
+    const Row rows[] = {
+        {u" ", " "},
+        {u"  ", " "},
+        {u"\n", " "},
+        {u" \t", " "},
+        {u"\b", " "},
+        {u"   ", " "},
+        {u"&#65;", "][A]["},
+        {u"&", "&"},
+        {u"~", "~"},
+        {u"\v", "][SOEmitBreak 1 0]["},
+        {u"\x01", "\\u0001"},
+        {u"\xD800", ""},
+        {u"\xDFFF", ""},
+        {u"\xD7FF", "\\ud7ff"},
+        {u"\u0420", "\\u0420"},
+        {u"\uE000", "\\ue000"},
+    };
+    for (const Row& row : rows) {
+        for (std::size_t place = 1; place < 12; ++place) {
+            const std::u16string text
+                = std::u16string(place, u'x') + row.special + std::u16string(12 - place, u'y');
+            const std::string expected
+                = '[' + std::string(place, 'x') + row.runs + std::string(12 - place, 'y') + ']';
+            OutputContext document;
+            EXPECT_EQ(runs(deliver(document, text.c_str())), expected)
+                << &row - rows << ' ' << place;
+        }
+    }
+}
+
 struct PreRow {
     const char16_t* text;
     Lines lines;

@@ -1,5 +1,6 @@
 #include "style/cascade.h"
 
+#include "tests/common/allocation_count.h"
 #include "tests/style/style_document.h"
 
 #include <gtest/gtest.h>
@@ -232,6 +233,27 @@ TEST(ResolveInherit, TheDirectionInForceAlignsToo)
     list.set(PROPERTY_DIRECTION, document.keyword(VALUE_INHERIT), false, false);
     resolveInherit(list, document.context);
     EXPECT_EQ(declarationsIn(list), written("direction rtl; text-align right"));
+}
+
+// One empty list for nearly each element of a document would stay until close.
+TEST(Cascade, AnElementThatSharesItsListGivesItsOwnUp)
+{
+    StyleDocument document;
+    HtmlTreeNode& plain = document.add(ELEMENT_B);
+    document.cascadeOnly(plain);
+    const CssDeclarationList* const shared = &document.listOf(plain);
+    EXPECT_EQ(shared, document.sheet.builtInDeclarations(ELEMENT_B));
+    const std::size_t after = liveAllocations();
+    for (int i = 0; i < 10; ++i) {
+        HtmlTreeNode& next = document.add(ELEMENT_B);
+        document.cascadeOnly(next);
+        EXPECT_EQ(&document.listOf(next), shared);
+    }
+    EXPECT_EQ(liveAllocations(), after);
+    HtmlTreeNode& styled = document.add(ELEMENT_B);
+    document.declare(styled, PROPERTY_COLOR, document.color(1));
+    document.cascadeOnly(styled);
+    EXPECT_NE(&document.listOf(styled), shared);
 }
 
 } // namespace

@@ -238,6 +238,79 @@ TEST_F(DeclarationList, MergeWithoutCopyShares)
     EXPECT_NE(owning.get(kFirst), source.get(kFirst));
 }
 
+TEST_F(DeclarationList, MergeKeepsTheMarkOfAnEdgeMargin)
+{
+    CssDeclarationList source(&cache);
+    source.set(PROPERTY_MARGIN_TOP, cache.numberValue(1), false, true);
+    source.set(PROPERTY_MARGIN_BOTTOM, cache.numberValue(1), false, false);
+    source.set(PROPERTY_MARGIN_LEFT, cache.numberValue(1), true, true);
+    for (const bool copy : {false, true}) {
+        CssDeclarationList list(&cache, /*owning=*/copy);
+        CssDeclaration left(PROPERTY_MARGIN_LEFT, cache.numberValue(2), false, false);
+        if (copy)
+            list.setCopy(left);
+        else
+            list.add(&left);
+        list.merge(source, copy);
+        EXPECT_TRUE(list.get(PROPERTY_MARGIN_TOP)->edgeMargin);
+        EXPECT_FALSE(list.get(PROPERTY_MARGIN_BOTTOM)->edgeMargin);
+        EXPECT_TRUE(list.get(PROPERTY_MARGIN_LEFT)->edgeMargin);
+    }
+}
+
+TEST_F(DeclarationList, ReplaceValueGivesANewAndOnlyValue)
+{
+    CssDeclarationList list(&cache);
+    list.set(kFirst, cache.enumValue(1), true, true);
+    list.get(kFirst)->addValue(cache.enumValue(2));
+    setAll(list, {kSecond, kThird}, 1);
+    list.replaceValue(kFirst, cache.numberValue(7));
+    const CssDeclaration* replaced = list.get(kFirst);
+    EXPECT_EQ(replaced->getValueCount(), 1);
+    EXPECT_EQ(replaced->getValue(), cache.numberValue(7));
+    EXPECT_TRUE(replaced->important);
+    EXPECT_TRUE(replaced->edgeMargin);
+    // The order is that of removing and putting, also when the value is the same.
+    EXPECT_EQ(propertiesOf(list), (Properties{33, 17, 1}));
+    list.replaceValue(kThird, cache.numberValue(1));
+    EXPECT_EQ(propertiesOf(list), (Properties{1, 17, 33}));
+    list.replaceValue(kThird, cache.numberValue(1));
+    EXPECT_EQ(propertiesOf(list), (Properties{1, 17, 33}));
+    testing_support::expectFailure(25, "item could not be found",
+        [&] { list.replaceValue(PROPERTY_COLOR, cache.numberValue(1)); });
+}
+
+TEST_F(DeclarationList, ReplaceValueLeavesTheOwnerOfABorrowedOneAlone)
+{
+    CssDeclaration declaration(PROPERTY_COLOR, cache.numberValue(1), false, false);
+    CssDeclarationList list(&cache, /*owning=*/false);
+    list.add(&declaration);
+    list.replaceValue(PROPERTY_COLOR, cache.numberValue(1));
+    EXPECT_FALSE(list.isOwning()) << "nothing changes";
+    list.replaceValue(PROPERTY_COLOR, cache.numberValue(2));
+    EXPECT_TRUE(list.isOwning());
+    EXPECT_EQ(numberIn(list, PROPERTY_COLOR), 2);
+    EXPECT_EQ(declaration.getValue(), cache.numberValue(1));
+}
+
+TEST_F(DeclarationList, CopyOfTheOwnDeclaration)
+{
+    for (const bool owning : {true, false}) {
+        CssDeclaration declaration(kFirst, cache.enumValue(1), true, true);
+        declaration.addValue(cache.enumValue(2));
+        CssDeclaration other(kSecond, cache.enumValue(3), false, false);
+        CssDeclarationList list(&cache, owning);
+        list.add(owning ? new CssDeclaration(declaration) : &declaration);
+        list.add(owning ? new CssDeclaration(other) : &other);
+        list.setCopy(*list.get(kFirst));
+        EXPECT_TRUE(list.isOwning());
+        EXPECT_EQ(propertiesOf(list), (Properties{17, 1}));
+        EXPECT_NE(list.get(kFirst), &declaration);
+        EXPECT_TRUE(list.get(kFirst)->equals(declaration, true));
+        EXPECT_EQ(list.get(kFirst)->getValueAt(1), cache.enumValue(2));
+    }
+}
+
 TEST_F(DeclarationList, IntegersOfTheKinds)
 {
     struct Row {
@@ -350,4 +423,60 @@ TEST_F(DeclarationList, FailureChangesNothing)
                   }),
         9U);
     EXPECT_NE(borrowing.get(kFirst), source.get(kFirst));
+}
+
+TEST_F(DeclarationList, FailureAmidAMergeKeepsWhatIsMerged)
+{
+    CssDeclarationList source(&cache);
+    setAll(source, {1, 17, 33, 5, 6}, 1);
+    const Properties all = propertiesOf(source);
+    CssDeclaration own(kSecond, cache.numberValue(2), true, false);
+    CssDeclarationList list(&cache, /*owning=*/false);
+    list.add(&own);
+    std::size_t held = 1;
+    const std::uint32_t failures
+        = testing_support::failEachAllocation([&] { list.merge(source, true); },
+            [&] {
+                // Never less than before, the own one always with them, and each one whole.
+                EXPECT_GE(propertiesOf(list).size(), held);
+                held = propertiesOf(list).size();
+                EXPECT_EQ(numberIn(list, kSecond), 2);
+                list.forEach([&](ZVCSSProperty at, const CssDeclaration* declaration) {
+                    EXPECT_EQ(numberIn(list, at), at == kSecond ? 2 : 1);
+                    EXPECT_NE(declaration, source.get(at));
+                });
+            });
+    EXPECT_GT(failures, 2U);
+    EXPECT_GT(held, 1U) << "a failure behind the first";
+    EXPECT_TRUE(list.isOwning());
+    EXPECT_EQ(list.getCount(), all.size());
+    EXPECT_EQ(own.getValue(), cache.numberValue(2));
+}
+
+TEST_F(DeclarationList, FailureAmidSetCopyChangesNothingButTheOwner)
+{
+    CssDeclaration several(kFirst, cache.enumValue(1), false, false);
+    several.addValue(cache.enumValue(2));
+    CssDeclaration second(kSecond, cache.numberValue(5), false, false);
+    CssDeclaration first(kFirst, cache.numberValue(6), false, false);
+    for (const bool isThere : {false, true}) {
+        CssDeclarationList list(&cache, /*owning=*/false);
+        if (isThere)
+            list.add(&first);
+        list.add(&second);
+        const Properties before = propertiesOf(list);
+        EXPECT_GT(testing_support::failEachAllocation([&] { list.setCopy(several); },
+                      [&] {
+                          EXPECT_EQ(propertiesOf(list), before);
+                          EXPECT_EQ(numberIn(list, kSecond), 5);
+                          if (isThere) {
+                              EXPECT_EQ(numberIn(list, kFirst), 6);
+                          }
+                      }),
+            2U);
+        EXPECT_TRUE(list.isOwning());
+        EXPECT_EQ(propertiesOf(list), (Properties{17, 1}));
+        EXPECT_TRUE(list.get(kFirst)->equals(several, true));
+        EXPECT_EQ(first.getValue(), cache.numberValue(6));
+    }
 }

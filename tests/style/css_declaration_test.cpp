@@ -135,6 +135,52 @@ TEST(CssDeclaration, Equality)
     EXPECT_TRUE(base.equals(listOfOne, true));
 }
 
+TEST(CssDeclaration, ListsThatDifferLaterAreNotEqual)
+{
+    ValueCache cache;
+    const auto listOf = [&](std::vector<std::uint32_t> numbers) {
+        CssDeclaration declaration(PROPERTY_FONT_FAMILY, nullptr, false, false);
+        for (const std::uint32_t number : numbers)
+            declaration.addValue(cache.enumValue(number));
+        return declaration;
+    };
+    const CssDeclaration base = listOf({1, 2, 3});
+    EXPECT_TRUE(base.equals(listOf({3, 1, 2}), true));
+    EXPECT_FALSE(base.equals(listOf({1, 2, 4}), true));
+    EXPECT_FALSE(base.equals(listOf({1, 3, 3}), true));
+    EXPECT_FALSE(base.equals(listOf({1, 2}), true));
+    EXPECT_FALSE(base.equals(listOf({1, 2, 3, 3}), true));
+}
+
+TEST(CssDeclaration, LengthsOfOneNumberKeepTheirTurn)
+{
+    ValueCache cache;
+    HtmlValue* const pixels = cache.lengthValue(1, UNITS_PIXELS);
+    HtmlValue* const ems = cache.lengthValue(1, UNITS_EM);
+    HtmlValue* const less = cache.lengthValue(0.5F, UNITS_POINTS);
+    CssDeclaration declaration(PROPERTY_MARGIN, pixels, false, false);
+    declaration.addValue(ems);
+    declaration.addValue(less);
+    declaration.addValue(pixels);
+    EXPECT_EQ(valuesOf(declaration), (std::vector<HtmlValue*>{less, pixels, ems, pixels}));
+}
+
+TEST(CssDeclaration, ManyEqualValuesAreNoTask)
+{
+    // A look at all that is there for each one would not end within the time that a test has.
+    constexpr std::int32_t kCount = 500'000;
+    ValueCache cache;
+    HtmlValue* const low = cache.keywordValue(VALUE_BLINK);
+    HtmlValue* const high = cache.keywordValue(VALUE_UNDERLINE);
+    CssDeclaration declaration(PROPERTY_TEXT_DECORATION, low, false, false);
+    for (std::int32_t i = 1; i < kCount; ++i)
+        declaration.addValue(low);
+    declaration.addValue(high);
+    EXPECT_EQ(declaration.getValueCount(), kCount + 1);
+    EXPECT_EQ(declaration.getValueAt(kCount - 1), low);
+    EXPECT_EQ(declaration.getValueAt(kCount), high);
+}
+
 TEST(CssDeclaration, StringsAreEqualByPointerAlone)
 {
     ValueCache cache;

@@ -33,4 +33,17 @@ TEST(StyleSheet, OwnsWhatItKeeps)
     EXPECT_EQ(document.sheet.filter, &document.context);
 }
 
+TEST(StyleSheet, DropsNothingButTheNewestList)
+{
+    StyleDocument document;
+    EXPECT_FALSE(document.sheet.dropNodeDeclarations(nullptr));
+    auto* const first = new CssDeclarationList(&document.values);
+    auto* const second = new CssDeclarationList(&document.values);
+    document.sheet.keepNodeDeclarations(first);
+    document.sheet.keepNodeDeclarations(second);
+    EXPECT_FALSE(document.sheet.dropNodeDeclarations(first));
+    EXPECT_TRUE(document.sheet.dropNodeDeclarations(second));
+    EXPECT_TRUE(document.sheet.dropNodeDeclarations(first));
+}
+
 } // namespace
