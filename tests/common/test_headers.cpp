@@ -1,0 +1,1 @@
+// Holds the precompiled headers that all tests share; see cmake/filter_test.cmake.
