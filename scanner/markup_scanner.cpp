@@ -51,6 +51,7 @@ void scanStartTag(Token& token, char16_t* buffer, std::uint16_t& position, std::
 {
     token.element = scanTagName(buffer, position, limit, kStartTagExtras, context);
     scanTagInside(buffer, position, limit, context);
+    standAt(MarkupPlace::ToTagEnd, context);
     copySpace(buffer, position, limit, context);
     // QUIRK(MarkupScanner.SelfClosingWithoutAttributesOnly): attributes are read up to the ">", a
     // "/" among them is the name of one.
@@ -87,12 +88,6 @@ bool scanMarkupKind(Token& token, char16_t* buffer, std::uint16_t& position, std
     else
         token.flags |= TOKEN_CHARACTER;
     return context.statusFlags == 0 && next != kPeekedEnd;
-}
-
-void clearTokenText(char16_t* buffer, std::uint32_t limit)
-{
-    for (std::uint32_t index = 0; index < limit && buffer[index] != 0; ++index)
-        buffer[index] = 0;
 }
 
 char16_t takePendingChar(HtmlFilterContext& context)

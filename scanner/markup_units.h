@@ -4,8 +4,10 @@
 #include "filter/html_filter_context.h"
 #include "input/stream_block.h"
 #include "scanner/cut_markup.h"
+#include "support/unit_words.h"
 
 #include <cstdint>
+#include <cstring>
 
 // What the routines that read markup have in common.
 
@@ -25,6 +27,19 @@ inline void appendUnit(
         buffer[position++] = static_cast<char16_t>(character);
 }
 
+/// Empties the token buffer up to its first unit 0, as every scan of a token does first.
+inline void clearTokenText(char16_t* buffer, std::uint32_t limit)
+{
+    std::uint32_t index = 0;
+    for (; index + zorvan::kUnitsOfWord <= limit; index += zorvan::kUnitsOfWord) {
+        if (zorvan::markZeroUnits(zorvan::unitWordAt(buffer + index)) != 0)
+            break;
+        std::memset(buffer + index, 0, zorvan::kUnitsOfWord * sizeof(char16_t));
+    }
+    for (; index < limit && buffer[index] != 0; ++index)
+        buffer[index] = 0;
+}
+
 /// Tells the watch over cut markup what is read from here on.
 inline void standAt(MarkupPlace place, HtmlFilterContext& context)
 {
@@ -32,9 +47,11 @@ inline void standAt(MarkupPlace place, HtmlFilterContext& context)
 }
 
 /// Whether the scanner once ran into the end of the input from the very state in which it is now.
-/// The status then tells the end.
-inline bool isKnownCut(HtmlFilterContext& context)
+/// The status then tells the end. name: the name that is being read, else null. The reading of a
+/// declaration may be moved on, so what is next and what was last is looked at afterwards only.
+inline bool isKnownCut(HtmlFilterContext& context, const NameCopy* name = nullptr)
 {
-    return context.internals->cutMarkup.watching
-        && blockPosition(*context.stream) % kMarkDistance == 0 && checkCutMark(context);
+    const CutMarkup& cut = context.internals->cutMarkup;
+    return cut.watching && blockPosition(*context.stream) >> kStretchShift != cut.lastStretch
+        && checkCutMark(name, context);
 }

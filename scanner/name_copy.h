@@ -3,6 +3,7 @@
 #include "support/html_strings.h"
 
 #include <cstdint>
+#include <string_view>
 
 /// A name on its way to a number: the low bytes of its units, folded to lower case. It ends at the
 /// first unit 0, and so does what is looked up at a low byte of 0.
@@ -24,6 +25,17 @@ public:
 
     /// Whether nothing was added, or a unit 0 first.
     bool isEmpty() const { return empty_; }
+
+    /// How much of a word of lower case the name is so far: its letters, one more than those once
+    /// no letter can follow, 0 if the name is or will be another.
+    std::uint32_t partOf(std::string_view word) const
+    {
+        if (length_ > kCapacity || !word.starts_with(std::string_view(text_, length_)))
+            return 0;
+        if (!ended_)
+            return length_;
+        return length_ == word.size() ? length_ + 1 : 0;
+    }
 
     /// The ZVHTMLElement of the name, 0 for an unknown one.
     std::uint32_t element() const

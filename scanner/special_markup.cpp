@@ -1,6 +1,7 @@
 #include "scanner/special_markup.h"
 
 #include "input/char_reader.h"
+#include "scanner/cut_markup.h"
 #include "scanner/markup_units.h"
 #include "scanner/tag_scanner.h"
 
@@ -38,48 +39,36 @@ void scanComment(
     copyUntil(buffer, position, limit, ">", /*keepDelimiter=*/true, context);
 }
 
-/// Counts a unit that has been read. The brackets of a conditional declaration keep a ">" between
-/// them from ending it; in any other the depth stays 0.
-bool endsDeclaration(std::uint16_t unit, bool conditional, HtmlFilterContext& context)
+/// Whether a quote opens a value behind what is stored so far.
+// QUIRK(SpecialMarkup.QuotesOfOverlongDeclarations): once the buffer is full, the last unit that
+// had room in it decides for all quotes that follow.
+bool quoteOpensValue(const char16_t* buffer, std::uint16_t position)
 {
-    std::uint32_t& depth = context.internals->cutMarkup.depth;
-    if (conditional && unit == '[')
-        ++depth;
-    else if (conditional && unit == ']' && depth > 0)
-        --depth;
-    if (unit != '>')
-        return false;
-    if (depth > 0)
-        noteBracketedEnd(context);
-    return depth == 0;
+    return position != 0 && kBehindThemQuotesOpen.contains(buffer[position - 1]);
 }
 
 /// Everything of a declaration behind its name. Answers the unit that was peeked at last.
 std::uint16_t scanDeclarationBody(char16_t* buffer, std::uint16_t& position, std::uint32_t limit,
     bool conditional, HtmlFilterContext& context)
 {
-    context.internals->cutMarkup.depth = 0;
-    context.internals->cutMarkup.kind
-        = conditional ? MarkupKind::ConditionalDeclaration : MarkupKind::Declaration;
-    // The unit before, which tells what a quote is. Not asked of the buffer, which stands still
-    // once it is full.
-    char16_t previous = 0;
     for (;;) {
-        const bool quotesOpen = kBehindThemQuotesOpen.contains(previous);
-        standAt(quotesOpen ? MarkupPlace::DeclarationSpace : MarkupPlace::Declaration, context);
+        standAt(quoteOpensValue(buffer, position) ? MarkupPlace::DeclarationSpace
+                                                  : MarkupPlace::Declaration,
+            context);
         if (isKnownCut(context))
             return kPeekedEnd;
         const std::uint16_t next = peekChar(1, context);
         if (context.statusFlags != 0 || next == kPeekedEnd)
             return next;
-        if (isQuote(next) && quotesOpen) {
+        if (isQuote(next))
+            noteQuote(context);
+        if (isQuote(next) && quoteOpensValue(buffer, position)) {
             scanQuoted(buffer, position, limit, /*keepRaw=*/true, /*decodePercent=*/false, context);
-            previous = next;
             continue;
         }
-        previous = static_cast<char16_t>(readChar(context));
-        appendUnit(previous, buffer, position, limit);
-        if (endsDeclaration(next, conditional, context))
+        appendUnit(readChar(context), buffer, position, limit);
+        // The brackets of a conditional declaration keep a ">" between them from ending it.
+        if (conditional ? countBracket(next, context) : next == '>')
             return next;
     }
 }
@@ -98,6 +87,11 @@ std::uint16_t scanDeclaration(
         return '>';
     }
     copyName(buffer, position, end, kDeclarationExtras, context);
+    beginDeclaration(conditional, buffer, position, end, context);
+    const std::uint16_t last = scanDeclarationBody(buffer, position, end, conditional, context);
+    const bool cutOff = context.statusFlags != 0 || last == kPeekedEnd;
+    if (!endDeclaration(cutOff, context))
+        return last;
     return scanDeclarationBody(buffer, position, end, conditional, context);
 }
 

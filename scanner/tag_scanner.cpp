@@ -22,6 +22,42 @@ bool quoteOpensValue(const char16_t* buffer, std::uint16_t position)
     return position == 0 || kBehindThemQuotesOpen.contains(buffer[position - 1]);
 }
 
+/// Copies the plain bytes of the buffer that come in front of any delimiter, as so many calls of
+/// readChar and appendUnit would. Not while places are watched, of which it passes over some.
+void copyBufferedUntil(char16_t* buffer, std::uint16_t& position, std::uint32_t limit,
+    const CharacterSet& delimiters, HtmlFilterContext& context)
+{
+    const std::uint16_t charSet = context.currentCharSet;
+    std::uint32_t buffered = 0;
+    const std::uint8_t* const bytes = bufferedBytes(context, buffered);
+    std::uint32_t count = 0;
+    std::uint16_t place = position;
+    for (; count < buffered; ++count) {
+        const std::uint8_t byte = bytes[count];
+        if (delimiters.contains(byte) || !isPlainByte(byte, charSet))
+            break;
+        appendUnit(byte, buffer, place, limit);
+    }
+    position = place;
+    skipBufferedBytes(count, context);
+}
+
+/// Copies the buffered bytes that are members, all of them ASCII, up to the limit.
+void copyBufferedName(char16_t* buffer, std::uint16_t& position, std::uint32_t limit,
+    const CharacterSet& members, HtmlFilterContext& context)
+{
+    if (context.statusFlags != 0 || !readsBytesAsCharacters(context))
+        return;
+    std::uint32_t buffered = 0;
+    const std::uint8_t* const bytes = bufferedBytes(context, buffered);
+    std::uint32_t count = 0;
+    std::uint16_t place = position;
+    while (count < buffered && place < limit && members.contains(bytes[count]))
+        buffer[place++] = bytes[count++];
+    position = place;
+    skipBufferedBytes(count, context);
+}
+
 void takeUnit(
     char16_t* buffer, std::uint16_t& position, std::uint32_t limit, HtmlFilterContext& context)
 {
@@ -79,7 +115,7 @@ NameCopy scanAttributeName(
 {
     NameCopy name;
     standAt(MarkupPlace::AttributeStart, context);
-    while (!isKnownCut(context)) {
+    while (!isKnownCut(context, &name)) {
         const std::int32_t character = readChar(context);
         if (context.statusFlags != 0)
             break;
@@ -108,7 +144,11 @@ void scanAttributeValue(char16_t* buffer, std::uint16_t& position, std::uint32_t
     TagAttribute* pair, HtmlFilterContext& context)
 {
     takeUnit(buffer, position, limit, context);
-    copySpaceAt(MarkupPlace::BehindEquals, buffer, position, limit, context);
+    // Where bytes are read in pairs, the "=" can be a part of something, behind which a quote opens
+    // nothing.
+    const bool equals = context.unicodeBomMode != 0 || readsBytesAsCharacters(context);
+    copySpaceAt(equals ? MarkupPlace::BehindEquals : MarkupPlace::Unwatched, buffer, position,
+        limit, context);
     if (pair != nullptr)
         pair->position = currentPosition(context);
     scanValue(buffer, position, limit, /*keepRaw=*/true, /*decodePercent=*/false, context);
@@ -244,6 +284,8 @@ char16_t* copyUntil(char16_t* buffer, std::uint16_t& position, std::uint32_t lim
 {
     const std::uint16_t start = position;
     while (context.statusFlags == 0 && !isKnownCut(context)) {
+        if (!context.internals->cutMarkup.watching)
+            copyBufferedUntil(buffer, position, limit, delimiters, context);
         const std::int32_t character = readChar(context);
         if (context.statusFlags != 0)
             break;
@@ -269,6 +311,7 @@ char16_t* copyName(char16_t* buffer, std::uint16_t& position, std::uint32_t limi
     const CharacterSet members = kNameCharacters | extra;
     const std::uint32_t end = cutLimit(limit);
     char16_t* const start = buffer + position;
+    copyBufferedName(buffer, position, end, members, context);
     for (;;) {
         const std::int32_t character = readChar(context);
         if (context.statusFlags != 0)

@@ -8,7 +8,8 @@
 /// capacity: the same that so many calls of Scan would answer, with the same effects. White space
 /// (TAB, LF, FF, CR, blank) is among them; "<", a unit 0 and a unit 0xFFFF never are. 0 when there
 /// are none to be had this way, which says nothing of what comes next: Scan tells. Always 0 in
-/// lenient raw text, in UTF-16 and in sets with escapes, and while the token buffer holds text.
+/// lenient raw text, in UTF-16, JIS and sets with escapes. What of the destination lies behind the
+/// units may have been written to.
 std::uint32_t scanTextRun(
     char16_t* destination, std::uint32_t capacity, HtmlFilterContext& context);
 

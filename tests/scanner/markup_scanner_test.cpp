@@ -105,6 +105,40 @@ TEST(MarkupScanner, Tags)
     });
 }
 
+TEST(MarkupScanner, NamesTakeTheExtraCharactersOfTheirTag)
+{
+    struct ExtraRow {
+        char extra;
+        bool inStartTag;
+        bool inEndTag;
+    };
+    const ExtraRow rows[] = {{'-', true, true}, {'_', true, true}, {':', true, true},
+        {'.', true, true}, {'+', true, false}, {'=', true, false}, {'!', false, false},
+        {'/', false, false}, {';', false, false}, {'&', false, false}, {'#', false, false}};
+    for (const ExtraRow& row : rows) {
+        // Behind an extra character the name goes on and is unknown.
+        const std::string name = std::string("b") + row.extra + "i";
+        EXPECT_EQ(scanned("<" + name + ">y"),
+            row.inStartTag         ? "{?}y"
+                : row.extra == '/' ? "{b/}y"
+                                   : "{b}y")
+            << row.extra;
+        EXPECT_EQ(scanned("</" + name + ">y"), row.inEndTag ? "{/?}y" : "{/b}y") << row.extra;
+    }
+}
+
+TEST(MarkupScanner, OnlyTagsHaveAttributes)
+{
+    for (const char* markup : {"<!x id=1>", "<!-- id=1 -->", "<?x id=1>", "<1", "< ", "<>"}) {
+        ScannerRun run("<a href=x id=y>" + std::string(markup));
+        EXPECT_TRUE(run.next());
+        EXPECT_EQ(run.context.tagAttributeCount, 2) << markup;
+        EXPECT_TRUE(run.next());
+        EXPECT_EQ(run.context.tagAttributeCount, 0) << markup;
+        EXPECT_EQ(run.attribute(ATTRIBUTE_ID), "none") << markup;
+    }
+}
+
 // Only a "/" right behind the name and white space counts.
 TEST(MarkupScanner, SelfClosingWithoutAttributesOnly)
 {
@@ -431,6 +465,38 @@ TEST(MarkupScanner, RawTagWithAUnitOfZero)
     EXPECT_EQ(rawText(std::string("<b \0x>y</style>", 15)), "<b \\0;x>y{/style}");
 }
 
+// The position of a tag of 65,536 units is that of none: its first unit, now the terminator, is all
+// that is delivered. A longer one has its last units in place of its first.
+TEST(MarkupScanner, RawTagsWrapAt65536)
+{
+    for (const std::uint32_t length : {65'535u, 65'536u, 65'537u, 65'539u}) {
+        const std::string tag = "<b x" + repeated("x", length - 5) + ">";
+        const std::string expected = length < 65'536 ? tag
+            : length == 65'536                       ? "\\0;"
+                                                     : tag.substr(65'536);
+        EXPECT_TRUE(rawText(tag + "y</style>") == expected + "y{/style}") << length;
+    }
+}
+
+// What is given back of a tag is no new line, whatever stood in it.
+TEST(MarkupScanner, LineEndsOfGivenBackTagsOpenNoLine)
+{
+    for (const std::uint32_t lineStart : {0u, 1u}) {
+        ScannerRun run(lineStart == 0 ? "<i\n\r\n>" : "\n<!<i\n\r\n>");
+        run.context.rawTextMode = RAW_TEXT_LENIENT;
+        run.context.rawTextElement = ELEMENT_STYLE;
+        std::string text;
+        while (run.next()) {
+            text += shown(run);
+            // The first line end stands in the text itself.
+            EXPECT_EQ(run.context.rawTextAtLineStart, text == "\n" ? 1u : 0u) << text;
+        }
+        EXPECT_EQ(text, lineStart == 0 ? "<i\n\r\n>" : "\n<!<i\n\r\n>");
+    }
+    // The tag behind the first is on the same line.
+    EXPECT_EQ(rawText("a<i\n><b>c", RAW_TEXT_LENIENT), "a<i\n><b>c");
+}
+
 TEST(MarkupScanner, PendingCharsComeFirstInEveryMode)
 {
     for (const std::uint32_t mode : {0u, 1u, 2u, 3u, 4u}) {
@@ -549,13 +615,15 @@ TEST(MarkupScanner, RandomInputsUnderEveryBufferSize)
     const std::vector<std::string> parts = {"<a ", "<", ">", "\"", "'", "=", " ", "x", "<!--", "-",
         "-->", "<![if ", "[", "]", "&amp;", "&", "&#65;", "/", "</b", "?", "\n", "\r",
         "href=", "title=\"", "<p class='", "\xE9", "\xC3\xA9", "%41", "</style>", "\x1B$B",
-        "\x1B(B", "~{", "~}", "\x0E", "\x0F", "<img src=x>"};
-    const std::uint16_t charSets[] = {CHARSET_DEFAULT, CHARSET_UTF8, CHARSET_SHIFT_JIS, CHARSET_HZ,
-        CHARSET_ISO_2022_JP, CHARSET_ISO_2022_KR, CHARSET_JIS};
+        "\x1B(B", "~{", "~}", "\x0E", "\x0F", "<img src=x>", "\x92", "\x83\x41", "\xC0\xBE",
+        std::string(1, '\0'), "<td align=center>cell text</td>"};
+    const std::uint16_t charSets[]
+        = {CHARSET_DEFAULT, CHARSET_UTF8, CHARSET_SHIFT_JIS, CHARSET_HZ, CHARSET_ISO_2022_JP,
+            CHARSET_ISO_2022_KR, CHARSET_JIS, CHARSET_WINDOWS_1251, CHARSET_EUC_JP};
     std::mt19937 random(4711);
-    for (std::uint32_t round = 0; round < 20; ++round) {
+    for (std::uint32_t round = 0; round < 90; ++round) {
         const std::string input = randomParts(parts, 60, random);
-        const std::uint16_t charSet = charSets[round % 7];
+        const std::uint16_t charSet = charSets[round % 9];
         const std::uint32_t mode = round % 5;
         std::string expected;
         for (const std::uint32_t bufferSize : {4'096u, 1u, 2u, 3u, 5u, 7u, 16u, 61u, 100u}) {
@@ -565,6 +633,10 @@ TEST(MarkupScanner, RandomInputsUnderEveryBufferSize)
             std::string tokens;
             while (run.next()) {
                 tokens += shown(run) + std::to_string(currentPosition(run.context)) + ' ';
+                for (const char16_t unit : run.text())
+                    tokens += std::to_string(unit) + ' ';
+                for (const std::uint16_t byte : run.context.recentBytes)
+                    tokens += std::to_string(byte) + ' ';
                 if ((run.token.flags & TOKEN_START_TAG) != 0)
                     tokens += run.attribute(ATTRIBUTE_TITLE) + run.attribute(ATTRIBUTE_HREF);
             }

@@ -149,11 +149,66 @@ TEST(SpecialMarkup, DeclarationsStopStoringAtTheCutLimit)
     }
 }
 
-// What a quote is does not hang on what is stored.
+// What a quote is hangs on the last unit stored: once the buffer is full, that stays the same one.
 TEST(SpecialMarkup, QuotesOfOverlongDeclarations)
 {
-    EXPECT_EQ(scanned("<!DOCTYPE " + repeated("x", 60'000) + " \">\" >y"), "{}y");
-    EXPECT_EQ(scanned("<!DOCTYPE " + repeated(" ", 60'000) + "x\">\" >y"), "{}\" >y");
+    EXPECT_EQ(scanned("<!DOCTYPE " + repeated("x", 60'000) + " \">\" >y"), "{}\" >y");
+    EXPECT_EQ(scanned("<!DOCTYPE " + repeated(" ", 60'000) + "x\">\" >y"), "{}y");
+    // "<!DOCTYPE " has ten units, and there is room for 53,392.
+    const std::string full = "<!DOCTYPE " + repeated("x", 53'381);
+    EXPECT_EQ(scanned(full + " \">\">y"), "{}y");
+    EXPECT_EQ(scanned(full + "= \">\">y"), "{}y");
+    EXPECT_EQ(scanned(full + "x \">\">y"), "{}\">y");
+    EXPECT_EQ(scanned(full + "=z\">\">y"), "{}y");
+    EXPECT_EQ(scanned(full + "=\">\"\">\">y"), "{}y"); // another quote right behind one
+    // The quote itself is the last unit that has room.
+    EXPECT_EQ(scanned("<!DOCTYPE " + repeated("x", 53'380) + " \">\" \">y"), "{}y");
+    // Within a quote: what is stored of it decides about the next one.
+    EXPECT_EQ(scanned("<!DOCTYPE \"" + repeated(" ", 60'000) + "\"\">\">y"), "{}y");
+    EXPECT_EQ(scanned("<!DOCTYPE \"" + repeated("x", 60'000) + "\" \">\">y"), "{}\">y");
+}
+
+// A lead byte takes the byte behind it with it, whatever that is.
+TEST(SpecialMarkup, LeadBytesSwallowDelimiters)
+{
+    struct SetRow {
+        std::uint16_t charSet;
+        char lead;
+    };
+    const SetRow sets[] = {{CHARSET_SHIFT_JIS, '\x81'}, {CHARSET_BIG5, '\xA1'},
+        {CHARSET_GB2312, '\x81'}, {CHARSET_KOREAN, '\xB0'}, {CHARSET_GB_8BIT, '\xA1'},
+        {CHARSET_EUC_JP, '\xA1'}, {CHARSET_UTF8, '\xC3'}};
+    // "@" is the lead byte. The second tokens are those of a set in which it is a character.
+    const struct {
+        const char* input;
+        const char* swallowed;
+        const char* single;
+    } rows[] = {
+        {"<!--@-->x-->y", "{}y", "{}x-->y"},
+        {"<!--@--->y", "{}y", "{}y"},
+        {"<!--@>-->y", "{}y", "{}y"},
+        {"<!--@<-->y", "{}y", "{}y"},
+        {"<!a @>b>y", "{}y", "{}b>y"},
+        {"<!a @\">\">y", "{}\">y", "{}\">y"}, // no quote opens behind the lead byte either way
+        {"<!a \"@\">x\">y", "{}y", "{}x\">y"},
+        {"<!a @=\">x\">y", "{}x\">y", "{}y"},
+        {"<!a @<>y", "{}y", "{}y"},
+        {"<!a '@'>'>y", "{}y", "{}'>y"},
+        {"<?a @>b>y", "{}y", "{}b>y"},
+        {"<![if @]>y]>z", "{}z", "{}y]>z"},
+    };
+    for (const SetRow& set : sets) {
+        for (const auto& row : rows) {
+            std::string input = row.input;
+            input[input.find('@')] = set.lead;
+            EXPECT_EQ(scanned(input, set.charSet), row.swallowed) << set.charSet << row.input;
+        }
+    }
+    for (const auto& row : rows) {
+        std::string input = row.input;
+        input[input.find('@')] = '\x81';
+        EXPECT_EQ(scanned(input, CHARSET_WINDOWS_1250), row.single) << row.input;
+    }
 }
 
 // In UTF-16 a unit 0xFFFF counts as the end where units are peeked at.

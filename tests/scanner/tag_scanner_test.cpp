@@ -14,6 +14,7 @@
 namespace {
 
 using testing_support::repeated;
+using testing_support::scanned;
 using testing_support::ScannerRun;
 using testing_support::TestContext;
 using testing_support::utf16;
@@ -62,6 +63,67 @@ TEST(TagScanner, BackspaceIsSpaceAndFormFeedIsNot)
     EXPECT_EQ(titleOf("<a\btitle\b=\bx\bid=y>"), "x");
     EXPECT_EQ(titleOf("<a \ftitle=x>"), "none");
     EXPECT_EQ(titleOf("<a title=x\fy>"), "x\fy");
+}
+
+// Each ends a name and an unquoted value, and nothing else of the kind does.
+TEST(TagScanner, WhiteSpaceEndsNamesAndUnquotedValues)
+{
+    for (const char unit : {' ', '\t', '\n', '\r', '\b', '\f', '\v'}) {
+        const bool space = unit != '\f' && unit != '\v';
+        const auto tag = [unit](std::string text) {
+            for (char& place : text)
+                place = place == '@' ? unit : place;
+            return text;
+        };
+        EXPECT_EQ(titleOf(tag("<a href=x@title=y>")), space ? "y" : "none");
+        EXPECT_EQ(titleOf(tag("<a title=x@y>")), space ? "x" : tag("x@y"));
+        EXPECT_EQ(titleOf(tag("<a nowrap@title=y>")), space ? "y" : "none");
+        EXPECT_EQ(titleOf(tag("<a title@=@y>")), space ? "y" : "none");
+        EXPECT_EQ(titleOf(tag("<a href='x'@title=y>")), space ? "y" : "none");
+        EXPECT_EQ(titleOf(tag("<a@title=y>")), space ? "y" : "none");
+    }
+}
+
+// A lead byte takes the byte behind it with it, whatever that is.
+TEST(TagScanner, LeadBytesSwallowDelimiters)
+{
+    struct SetRow {
+        std::uint16_t charSet;
+        char lead;
+    };
+    const SetRow sets[] = {{CHARSET_SHIFT_JIS, '\x81'}, {CHARSET_BIG5, '\xA1'},
+        {CHARSET_GB2312, '\x81'}, {CHARSET_KOREAN, '\xB0'}, {CHARSET_GB_8BIT, '\xA1'},
+        {CHARSET_EUC_JP, '\xA1'}, {CHARSET_UTF8, '\xC3'}};
+    // "@" is the lead byte. The second tokens are those of a set in which it is a character.
+    const struct {
+        const char* input;
+        const char* swallowed;
+        const char* single;
+    } rows[] = {
+        {"<a x=\"@\">z\">y", "{a}y", "{a}z\">y"},
+        {"<a x='@'>z'>y", "{a}y", "{a}z'>y"},
+        {"<a x=@>z>y", "{a}y", "{a}z>y"},
+        {"<a @>z>y", "{a}y", "{a}z>y"},
+        {"<a x@=\">\">y", "{a}\">y", "{a}y"},
+        {"<a x=@ y=\">\">z", "{a}\">z", "{a}z"},
+        {"<a x=\"@<\">y", "{a}y", "{a}y"},
+        {"<a/@>z>y", "{a/}y", "{a/}z>y"},
+        {"</a x=@>z>y", "{/a}y", "{/a}z>y"},
+    };
+    for (const auto& row : rows) {
+        std::string input = row.input;
+        char& place = input[input.find('@')];
+        for (const SetRow& set : sets) {
+            place = set.lead;
+            EXPECT_EQ(scanned(input, set.charSet), row.swallowed) << set.charSet << row.input;
+        }
+        place = '\x81';
+        EXPECT_EQ(scanned(input, CHARSET_WINDOWS_1250), row.single) << row.input;
+    }
+    // A swallowed "<" is text, and no markup begins with it.
+    EXPECT_EQ(scanned("\x81<b>x", CHARSET_SHIFT_JIS), "\\-32452;b>x");
+    EXPECT_EQ(scanned("\xC3<b>x", CHARSET_UTF8), "\\252;b>x");
+    EXPECT_EQ(scanned("\x81<b>x", CHARSET_WINDOWS_1250), "\\129;{b}x");
 }
 
 TEST(TagScanner, CopyNameTakesNameCharactersAndExtras)
