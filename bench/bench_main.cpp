@@ -19,6 +19,8 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 namespace {
 
 using bench::Document;
@@ -31,6 +33,11 @@ constexpr std::int64_t kLargest = 16 << 20;
 /// Prints the usual lines and, at the end, the conversion's time beside the reference parser's.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
+    RatioReporter()
+        : ConsoleReporter(isatty(STDOUT_FILENO) != 0 ? OO_Defaults : OO_None)
+    {
+    }
+
     void ReportRuns(const std::vector<Run>& runs) override
     {
         ConsoleReporter::ReportRuns(runs);

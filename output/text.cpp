@@ -470,7 +470,7 @@ void flushRun(zorvan::WString& run, HtmlFilterContext& context)
 
 void deliverChar(char16_t unit, HtmlFilterContext& context)
 {
-    // The C1 range goes out as the characters that Windows has there.
+    // The C1 range goes out under a set that has characters there.
     const std::uint32_t charSetId
         = unit >= 128 && unit <= 159 ? CHARSET_ID_WINDOWS_1252 : CHARSET_ID_UTF16;
     context.paragraphFlags |= PARAGRAPH_HAS_CONTENT;

@@ -49,6 +49,13 @@ void noteOpened(std::uint32_t element, HtmlTreeNode* node, HtmlFilterInternals& 
     }
 }
 
+/// Makes room for what noteOpened keeps, so that it can't fail behind the push of a frame.
+void reserveNote(HtmlFilterInternals& internals)
+{
+    internals.openParagraphs.ensureCapacity(internals.openParagraphs.getCount() + 2);
+    internals.openListItems.ensureCapacity(internals.openListItems.getCount() + 2);
+}
+
 void noteClosed(std::uint32_t element, HtmlFilterInternals& internals)
 {
     switch (element) {
@@ -91,6 +98,7 @@ public:
     {
         if (!isInner_)
             return;
+        reserveNote(internals_);
         internals_.openParagraphs.add(nullptr);
         internals_.openListItems.add(nullptr);
     }
@@ -242,6 +250,7 @@ void pushFrame(FramePointer frame, HtmlTreeNode& node, HtmlFilterContext& contex
     }
     frame->element = elementOf(node);
     buildFrame(*frame, newest != nullptr ? *newest : *frame, declarations, context);
+    reserveNote(*context.internals);
     if (FrameSpares* const spares = frameSparesOf(context))
         spares->push(frame.get(), context.deferredList);
     else

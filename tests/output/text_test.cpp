@@ -423,7 +423,7 @@ TEST(Text, EmptyRunIsNotFlushed)
     EXPECT_EQ(document.context.lastChar, u'q');
 }
 
-TEST(Text, SingleCharactersOfTheC1RangeAreThoseOfWindows)
+TEST(Text, SingleCharactersOfTheC1RangeHaveASetOfTheirOwn)
 {
     struct Row {
         char16_t unit;
