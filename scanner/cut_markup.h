@@ -17,21 +17,28 @@ class NameCopy;
 // readings that have once asked at one place, in one state, go on alike for ever and ask for marks
 // at the same places.
 //
-// The state of a reading at a question, which is what the key of a mark holds, is
-// - the position of the stream and, in the sets with escapes, the state of the decoder;
+// The state of a reading at a question, which is what the spot of a mark holds, is
+// - the position of the stream and, in the sets with escapes, the mode of the decoder and which
+//   bytes of an escape it has just read;
 // - MarkupPlace, MarkupKind and the quote that is open;
 // - whether that quote, or the name or "=" that is read, belongs to an href, whose references are
 //   taken in another way; within a name, how much of "href" it is so far;
-// - of a declaration, what is stored of it (MarkupRoom), and the depth of its brackets.
-// What else a reading keeps has no say in where it ends, or is not watched: names of tags and
-// declarations and references in values, in which no "<" stands, and the white space behind an "="
-// in sets that read pairs, whose peeked bytes needn't be what is then read.
+// - of a declaration, what is stored of it (MarkupRoom).
+// The depth of brackets is no part of the spot: a mark holds from some depth on. What else a
+// reading keeps has no say in where it ends, or is not watched: names of tags and declarations and
+// references in values, in which no "<" stands, and the white space behind an "=" in sets that read
+// pairs, whose peeked bytes needn't be what is then read.
+//
+// A declaration that will be full before the input ends shares its state with no other, as long as
+// it isn't. Marks hold for it where no quote is met on the way. Elsewhere it is moved over what
+// others have read outside of quotes, up to where it gets full; from there on marks hold again.
 //
 // What the marks cost: a reading that has met an earlier one is found out at the next mark. Until
 // then it reads a stretch and what lies between two questions there, which is a character, a
 // reference or a swallowed run of "~" and line end, and no piece of markup begins within these. So
 // all pieces together read a multiple of the input that hangs on the number of states that are met
-// at one place, and on no length but that of a stretch.
+// at one place, and on no length but that of a stretch. A declaration that gets full within a quote
+// reads that quote too, which is bounded by its buffer.
 
 /// What goes on behind a quoted value.
 enum class MarkupKind : std::uint8_t {

@@ -280,7 +280,7 @@ TEST(CutMarkup, WholeDeclarationOfFewerBrackets)
     std::string input = repeated(start, 300);
     input += repeated("x", 20'000 - input.size()) + repeated("]", 200) + ">";
     const std::size_t end = input.size();
-    input += repeated("x", 53'391 - end) + repeated(" ", start.size() * 200) + "x\">z";
+    input += repeated("x", 53'391 - end) + repeated(" ", start.size() * 250) + "x\">z";
     EXPECT_EQ(compareWithPlainReading(input, CHARSET_DEFAULT, 0, 0), 200u);
     ScannerRun run(input);
     while (run.next() && (run.token.flags & TOKEN_CHARACTER) != 0)
