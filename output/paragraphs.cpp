@@ -18,7 +18,6 @@
 #include "support/zv_string.h"
 #include "tree/tree_state.h"
 
-#include <algorithm>
 #include <memory>
 
 namespace {
@@ -47,10 +46,6 @@ constexpr std::uint32_t kAlignJustified = 4;
 constexpr std::uint16_t kFamilyOther = 1;
 constexpr std::uint16_t kFamilyCursive = 5;
 constexpr std::uint16_t kFamilyFantasy = 6;
-
-/// Parts of tables: what these declare is the table's, not the paragraph's.
-constexpr ElementSet kTableParts{ELEMENT_COL, ELEMENT_COLGROUP, ELEMENT_TABLE, ELEMENT_TBODY,
-    ELEMENT_TD, ELEMENT_TH, ELEMENT_TR};
 
 /// Elements whose side margins indent paragraphs. Headings are none.
 constexpr ElementSet kIndentingElements{ELEMENT_BLOCKQUOTE, ELEMENT_DD, ELEMENT_DIV, ELEMENT_DT,
@@ -277,19 +272,6 @@ std::uint32_t newestFontSize(const HtmlFilterContext& context)
 {
     const HTML_SOINFO* newest = newestFrame(context);
     return newest != nullptr ? newest->fontSizePx : emptyFrame().fontSizePx;
-}
-
-bool isSpace(char16_t unit)
-{
-    return unit == 8 || unit == 9 || unit == 10 || unit == 13 || unit == 32;
-}
-
-bool isSpaceText(const HtmlTreeNode& node)
-{
-    if (node.data == nullptr || elementOf(node) != ELEMENT_NONE)
-        return false;
-    const auto& text = static_cast<const HtmlTextNodeData&>(*node.data);
-    return std::all_of(text.text, text.text + text.length, isSpace);
 }
 
 /// Whether only white space stands between a node and the edge of its parent. next: the link that

@@ -16,9 +16,6 @@
 
 namespace {
 
-constexpr ElementSet kTableParts{ELEMENT_COL, ELEMENT_COLGROUP, ELEMENT_TABLE, ELEMENT_TBODY,
-    ELEMENT_TD, ELEMENT_TH, ELEMENT_TR};
-
 /// Whether leaving an element gives a property back. What tables and images do with these of theirs
 /// stays inside the element.
 bool isUndone(ZVCSSProperty property, std::uint32_t element)

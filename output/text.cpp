@@ -343,13 +343,6 @@ const HtmlTextNodeData* textOf(const HtmlTreeNode& node)
 
 bool isInline(const HtmlTreeNode& node) { return kInlineElements.contains(elementOf(node)); }
 
-/// Whether a node is a text of white space only; false for an element.
-bool isSpaceText(const HtmlTreeNode& node)
-{
-    const HtmlTextNodeData* text = textOf(node);
-    return text != nullptr && std::all_of(text->text, text->text + text->length, isSpace);
-}
-
 /// Whether an inline element lets the text in front of it keep its last white space.
 bool keepsSpaceBefore(const HtmlTreeNode& inlineElement)
 {
@@ -425,6 +418,12 @@ std::int32_t dropSurrogates(const zorvan::WString& run)
 }
 
 } // namespace
+
+bool isSpaceText(const HtmlTreeNode& node)
+{
+    const HtmlTextNodeData* text = textOf(node);
+    return text != nullptr && std::all_of(text->text, text->text + text->length, isSpace);
+}
 
 void deliverTextNode(const HtmlTreeNode& node, HtmlFilterContext& context)
 {

@@ -17,6 +17,9 @@ constexpr ElementSet kInlineElements{ELEMENT_A, ELEMENT_ABBR, ELEMENT_ACRONYM, E
     ELEMENT_SMALL, ELEMENT_SPAN, ELEMENT_STRIKE, ELEMENT_STRONG, ELEMENT_SUB, ELEMENT_SUP,
     ELEMENT_TEXTAREA, ELEMENT_TT, ELEMENT_U, ELEMENT_VAR, ELEMENT_UNNAMED_116};
 
+/// Whether a node is a text of white space only; false for an element.
+bool isSpaceText(const HtmlTreeNode& node);
+
 /// Delivers a text node: trims it by what stands around it, then as deliverText.
 void deliverTextNode(const HtmlTreeNode& node, HtmlFilterContext& context);
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <initializer_list>
 
-// Sets of elements that the rules of the tree builder speak of, by name.
+// Sets of elements that more than one rule speaks of, by name.
 
 /// A set of element ids, one bit for each.
 class ElementSet {
@@ -51,6 +51,10 @@ constexpr ElementSet kImpliedEndTagElements{ELEMENT_DD, ELEMENT_DT, ELEMENT_LI, 
 /// Elements in which misplaced content is put in front of the table.
 constexpr ElementSet kFosterTargetElements{
     ELEMENT_TABLE, ELEMENT_TBODY, ELEMENT_TFOOT, ELEMENT_THEAD, ELEMENT_TR};
+
+/// Parts of tables: what these declare is the table's, not the paragraph's.
+constexpr ElementSet kTableParts{ELEMENT_COL, ELEMENT_COLGROUP, ELEMENT_TABLE, ELEMENT_TBODY,
+    ELEMENT_TD, ELEMENT_TH, ELEMENT_TR};
 
 /// Elements that an end tag without a rule of its own does not reach through.
 constexpr ElementSet kSpecialElements{ELEMENT_ADDRESS, ELEMENT_APPLET, ELEMENT_AREA,
