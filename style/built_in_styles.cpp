@@ -197,8 +197,11 @@ std::unique_ptr<CssDeclarationList> makeBuiltInDeclarations(
     if (list == nullptr)
         zorvan::throwOutOfStorage();
     for (const BuiltInDeclaration& each : style) {
-        list->set(
-            each.property, makeValue(each.value, values), /*important=*/false, each.edgeMargin);
+        HtmlValue* const value = makeValue(each.value, values);
+        // All elements of this name share the list, so it is whole or not there.
+        if (value == nullptr)
+            zorvan::throwOutOfStorage();
+        list->set(each.property, value, /*important=*/false, each.edgeMargin);
     }
     return list;
 }

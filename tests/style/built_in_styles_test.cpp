@@ -1,10 +1,13 @@
 #include "style/built_in_styles.h"
 
 #include "support/html_strings.h"
+#include "support/process_heap.h"
 #include "tests/style/style_document.h"
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <new>
 #include <set>
 
 namespace {
@@ -103,3 +106,26 @@ TEST(BuiltInStyles, OrderOfHtml)
 }
 
 } // namespace
+
+TEST(BuiltInStyles, AreWholeOrNotThere)
+{
+    std::uint32_t failures = 0;
+    for (std::uint32_t n = 1; n < 200; ++n) {
+        ValueCache values;
+        std::unique_ptr<CssDeclarationList> list;
+        zorvan::failNthAllocation(n);
+        try {
+            list = makeBuiltInDeclarations(ELEMENT_PRE, values);
+        } catch (const std::bad_alloc&) {
+            ++failures;
+        }
+        const bool reached = zorvan::allocationsSeen() >= n;
+        zorvan::clearAllocationFailure();
+        if (list != nullptr) {
+            EXPECT_EQ(list->getCount(), builtInStyleOf(ELEMENT_PRE).size()) << n;
+        }
+        if (!reached)
+            break;
+    }
+    EXPECT_GT(failures, 10u);
+}
