@@ -46,6 +46,7 @@ public:
 
     LeftChildRightSibTree()
         : rootNode(0, T(), this)
+        , discardedRootNode(0, T(), this)
     {
     }
 
@@ -58,6 +59,10 @@ public:
     /// The root, with id 0 and no payload. It is always there.
     Node* root() { return &rootNode; }
     const Node* root() const { return &rootNode; }
+
+    /// Where discarded nodes are: not part of the document, but to be seen by whoever ends
+    /// payloads.
+    Node* discardedRoot() { return &discardedRootNode; }
 
     /// Makes a node with the next id and counts it in, as the last child of parent, which must be
     /// of this tree.
@@ -123,6 +128,14 @@ public:
         node->nextSibling = nullptr;
     }
 
+    /// Takes a node, with all that is below it, out of the document for good. It stays readable
+    /// until the tree goes.
+    void discard(Node* node)
+    {
+        detach(node);
+        appendChild(&discardedRootNode, node);
+    }
+
     /// Storage that lives as long as the tree, for payloads, whose owner then calls the destructor
     /// alone. alignment: at most that of max_align_t. Throws std::bad_alloc.
     void* allocate(std::size_t size, std::size_t alignment)
@@ -148,6 +161,7 @@ private:
     }
 
     Node rootNode;
+    Node discardedRootNode;
     Arena arena;
 };
 

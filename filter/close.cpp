@@ -2,7 +2,6 @@
 
 #include "containers/array_list.h"
 #include "containers/indexed_list.h"
-#include "containers/linked_hash_map.h"
 #include "filter/entry_points.h"
 #include "filter/filter_internals.h"
 #include "output/tree_walk.h"
@@ -25,12 +24,11 @@ template <class Object> void deleteField(Object*& field)
     field = nullptr;
 }
 
-/// Ends the payloads of a tree in the order of the document. They lie in the tree's storage; their
-/// declarations belong to the style sheet, what is left of undo lists to them.
-void endPayloads(HtmlTree& tree)
+/// Ends the payloads below a root in the order of the document. They lie in the tree's storage;
+/// their declarations belong to the style sheet, what is left of undo lists to them.
+void endPayloads(HtmlTreeNode* root)
 {
-    for (HtmlTreeNode* node = tree.root(); node != nullptr;
-         node = nextInDocumentOrder(node, tree.root())) {
+    for (HtmlTreeNode* node = root; node != nullptr; node = nextInDocumentOrder(node, root)) {
         HtmlGenericNodeData* const payload = node->data;
         if (payload == nullptr)
             continue;
@@ -46,7 +44,8 @@ void deleteTrees(HtmlFilterContext& context)
         return;
     while (context.treeList->getCount() > 0) {
         HtmlTree* const tree = context.treeList->remove(context.treeList->getCount() - 1);
-        endPayloads(*tree);
+        endPayloads(tree->root());
+        endPayloads(tree->discardedRoot());
         delete tree;
     }
 }
@@ -75,14 +74,6 @@ void deleteFontNames(HtmlFilterContext& context)
     deleteField(context.fontNames);
 }
 
-void deleteActiveFormatting(HtmlFilterContext& context)
-{
-    if (context.activeFormatting == nullptr)
-        return;
-    ClearActiveFormatting(context);
-    deleteField(context.activeFormatting);
-}
-
 void forgetTrees(HtmlFilterContext& context)
 {
     context.openElements = nullptr;
@@ -107,7 +98,7 @@ void closeDocument(HtmlFilterContext& context)
     deleteField(context.treeList);
     forgetTrees(context);
     deleteField(context.valueCache);
-    deleteActiveFormatting(context);
+    deleteField(context.activeFormatting);
     deleteField(context.pendingText);
     deleteField(context.pendingTableChars);
     deleteField(context.pendingChars);

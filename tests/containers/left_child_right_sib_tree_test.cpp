@@ -138,6 +138,30 @@ TEST(LeftChildRightSibTree, ArenaHoldsPayloads)
     EXPECT_EQ(*tree.createNode(number, tree.root())->data, 5);
 }
 
+TEST(LeftChildRightSibTree, DiscardedNodesStayReadableOutsideTheDocument)
+{
+    Tree tree;
+    Node* a = tree.createNode(nullptr, tree.root()); // 1
+    Node* b = tree.createNode(nullptr, tree.root()); // 2
+    Node* c = tree.createNode(nullptr, b); // 3
+    Node* d = tree.createNode(nullptr, tree.root()); // 4
+    EXPECT_EQ(tree.discardedRoot()->firstChild, nullptr);
+    tree.discard(b);
+    EXPECT_EQ(a->nextSibling, d);
+    EXPECT_EQ(d->prevSibling, a);
+    EXPECT_EQ(tree.root()->childCount, 2U);
+    EXPECT_EQ(b->parent, tree.discardedRoot());
+    EXPECT_EQ(b->firstChild, c);
+    EXPECT_EQ(c->parent, b);
+    EXPECT_EQ(tree.nodeCount, 4U);
+    // One that stands nowhere, too.
+    tree.detach(a);
+    tree.discard(a);
+    EXPECT_EQ(b->nextSibling, a);
+    EXPECT_EQ(tree.discardedRoot()->childCount, 2U);
+    EXPECT_EQ(tree.root()->firstChild, d);
+}
+
 TEST(LeftChildRightSibTree, DeepTreeIsWalkedAndFreedInALoop)
 {
     Tree tree;
