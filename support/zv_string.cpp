@@ -1,12 +1,11 @@
 #include "support/zv_string.h"
 
+#include "support/text_numbers.h"
 #include "support/text_search.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 #include <new>
-#include <system_error>
 #include <utility>
 
 namespace {
@@ -17,20 +16,6 @@ std::int32_t ownedLength(const char* text)
     if (length > std::numeric_limits<std::int32_t>::max())
         throw std::bad_alloc();
     return static_cast<std::int32_t>(length);
-}
-
-bool isDigit(char character) { return character >= '0' && character <= '9'; }
-
-const char* skipDigits(const char* position, const char* end)
-{
-    return std::find_if_not(position, end, isDigit);
-}
-
-/// The number beyond the range of double that the text is: infinite, or so small that it is 0.
-double unreachableNumber(const char* digits, const char* point)
-{
-    const bool large = std::any_of(digits, point, [](char digit) { return digit != '0'; });
-    return large ? std::numeric_limits<double>::infinity() : 0;
 }
 
 } // namespace
@@ -87,28 +72,11 @@ void String::setValue(const String& source, std::int32_t start, std::int32_t cou
 double String::toDouble(std::int32_t start, std::int32_t* end) const
 {
     const std::int32_t first = std::clamp(start, 0, length);
-    const char* const limit = data + length;
-    const char* position = data + first;
-    const bool negative = position != limit && *position == '-';
-    if (position != limit && (*position == '-' || *position == '+'))
-        ++position;
-
-    const char* const digits = position;
-    const char* const point = skipDigits(digits, limit);
-    position = point;
-    if (limit - point > 1 && point[0] == '.' && isDigit(point[1]))
-        position = skipDigits(point + 1, limit);
-    const bool readable = position != digits;
+    std::int32_t read = 0;
+    const double number = numberFromText(data + first, length - first, &read);
     if (end != nullptr)
-        *end = readable ? static_cast<std::int32_t>(position - data) : first;
-    if (!readable)
-        return 0;
-
-    double number = 0;
-    const auto result = std::from_chars(digits, position, number, std::chars_format::fixed);
-    if (result.ec == std::errc::result_out_of_range)
-        number = unreachableNumber(digits, point);
-    return negative ? -number : number;
+        *end = first + read;
+    return number;
 }
 
 std::uint32_t String::hashCode() const { return AbstractString<char>::hashCode(); }
