@@ -10,8 +10,10 @@
 #include <cstdint>
 #include <memory>
 
+class CascadeObserver;
 class FrameSpares;
 class StyleSpares;
+struct TableWalk;
 
 /// A fork of the search tree over the names in fontNames, which style/font_names.h makes and reads:
 /// the first bit in which the names on its two sides differ.
@@ -66,4 +68,8 @@ struct HtmlFilterInternals {
     std::unique_ptr<StyleSpares, void (*)(StyleSpares*)> styleSpares{nullptr, nullptr};
     /// The same of the walk.
     std::unique_ptr<FrameSpares, void (*)(FrameSpares*)> frameSpares{nullptr, nullptr};
+    /// Told of every cascade; borrowed from a developer's program, null in the filter itself.
+    CascadeObserver* cascadeObserver = nullptr;
+    /// The tables that the walk is in.
+    std::unique_ptr<TableWalk, void (*)(TableWalk*)> tableWalk{nullptr, nullptr};
 };

@@ -6,12 +6,12 @@
 #include <cstdint>
 #include <type_traits>
 
+class ActiveFormattingList;
 class CssDeclarationList;
 class HtmlGenericNodeData;
 class HtmlValue;
 class OpenElements;
 class ValueCache;
-struct ActiveFormattingElement;
 struct BuildFrame;
 struct HTML_SOINFO;
 struct HtmlFilterInternals;
@@ -22,7 +22,6 @@ namespace zorvan {
 class WString;
 template <class T> class ArrayList;
 template <class T> class IndexedList;
-template <class K, class V> class LinkedHashMap;
 template <class T> class LeftChildRightSibTree;
 template <class T> class LeftChildRightSibTreeNode;
 } // namespace zorvan
@@ -192,8 +191,7 @@ struct HtmlFilterContext {
     std::uint32_t noscriptRawText; ///< stays 0
     std::uint32_t framesetOk; ///< 0 once content rules out a frameset
     OpenElements* openElements; ///< borrowed from the current TreeState
-    zorvan::LinkedHashMap<std::uint64_t, ActiveFormattingElement*>*
-        activeFormatting; ///< owned with its entries, freed at close
+    ActiveFormattingList* activeFormatting; ///< owned, freed at close
     std::uint32_t pendingTextFoster; ///< 1: a character of pendingText came with the foster flag
     std::uint32_t tableTextAllSpace; ///< 1 while pendingTableChars is white space only
     zorvan::WString* pendingTableChars; ///< owned, freed at close

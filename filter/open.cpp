@@ -2,7 +2,6 @@
 
 #include "containers/array_list.h"
 #include "containers/indexed_list.h"
-#include "containers/linked_hash_map.h"
 #include "filter/filter_internals.h"
 #include "filter/info.h"
 #include "output/host_routines.h"
@@ -24,7 +23,6 @@ using zorvan::newObject;
 namespace {
 
 constexpr std::int32_t kTreeStateGrowth = 32;
-constexpr std::uint32_t kFormattingCapacity = 128;
 constexpr std::size_t kOptionHandleOffset = 24;
 constexpr std::uint32_t kFlattenTablesBit = 1;
 constexpr std::uint32_t kDefaultStyleCount = 37;
@@ -114,9 +112,7 @@ std::uint16_t VwStreamOpen(StreamBlock* stream, std::uint16_t fileId, void*, Ope
         GLOBAL_OPTION_BACKGROUND, &document.backgroundOption, sizeof(document.backgroundOption));
     FUTInitDynamicStore(document.dynamicStore);
     FUTCreateDynamicVar(document.dynamicStore, &document.dynamicVar);
-    document.activeFormatting
-        = newObject<zorvan::LinkedHashMap<std::uint64_t, ActiveFormattingElement*>>(
-            kFormattingCapacity, kFormattingCapacity);
+    document.activeFormatting = newObject<ActiveFormattingList>();
     createDefaultStyle(document);
     readDocumentOptions(*openRecord, document);
     return 0;

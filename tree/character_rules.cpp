@@ -3,6 +3,8 @@
 #include "scanner/text_run.h"
 #include "support/wstring.h"
 #include "tree/active_formatting.h"
+#include "tree/element_sets.h"
+#include "tree/html_tree.h"
 #include "tree/insertion_modes.h"
 #include "tree/tree_construction.h"
 
@@ -14,20 +16,40 @@ namespace {
 constexpr std::uint32_t kRunCapacity = 1'024;
 
 /// What a mode does with characters, told for runs.
-enum class RunRule { OneByOne, Body, Text };
+enum class RunRule { OneByOne, Body, Misplaced, TableText, PendingText };
 
-RunRule RunRuleOf(std::uint32_t insertionMode)
+RunRule RunRuleOf(const HtmlFilterContext& context)
 {
-    switch (static_cast<InsertionMode>(insertionMode)) {
+    switch (static_cast<InsertionMode>(context.insertionMode)) {
     case InsertionMode::InBody:
+    case InsertionMode::InCaption:
+    case InsertionMode::InCell:
         return RunRule::Body;
 
+    case InsertionMode::InTable:
+    case InsertionMode::InTableBody:
+    case InsertionMode::InRow:
+        // The first character of table text changes the mode.
+        if (context.currentNode == nullptr || IsFosterTarget(elementOf(*context.currentNode)))
+            return RunRule::OneByOne;
+        return RunRule::Misplaced;
+
+    case InsertionMode::InTableText:
+        return RunRule::TableText;
+
     case InsertionMode::Text:
-        return RunRule::Text;
+    case InsertionMode::InSelect:
+    case InsertionMode::InSelectInTable:
+        return RunRule::PendingText;
 
     default:
         return RunRule::OneByOne;
     }
+}
+
+bool IsAllSpace(const char16_t* run, std::uint32_t count)
+{
+    return std::all_of(run, run + count, IsSpaceCharacter);
 }
 
 /// InsertBodyCharacter for a run of characters without a 0.
@@ -36,8 +58,38 @@ void InsertBodyRun(const char16_t* run, std::uint32_t count, HtmlFilterContext& 
     // Opening again what was lost leaves nothing to open for the second character.
     ReconstructActiveFormatting(context);
     context.pendingText->append(run, static_cast<std::int32_t>(count));
-    if (context.framesetOk != 0 && !std::all_of(run, run + count, IsSpaceCharacter))
+    if (context.framesetOk != 0 && !IsAllSpace(run, count))
         context.framesetOk = 0;
+}
+
+void CollectTableRun(const char16_t* run, std::uint32_t count, HtmlFilterContext& context)
+{
+    context.pendingTableChars->append(run, static_cast<std::int32_t>(count));
+    if (context.tableTextAllSpace != 0 && !IsAllSpace(run, count))
+        context.tableTextAllSpace = 0;
+}
+
+void InsertRun(RunRule rule, const char16_t* run, std::uint32_t count, HtmlFilterContext& context)
+{
+    switch (rule) {
+    case RunRule::Body:
+        InsertBodyRun(run, count, context);
+        return;
+
+    case RunRule::Misplaced:
+        FlagParseError(context);
+        InsertFosteredRun(run, count, context);
+        return;
+
+    case RunRule::TableText:
+        CollectTableRun(run, count, context);
+        return;
+
+    case RunRule::PendingText:
+    case RunRule::OneByOne:
+        break;
+    }
+    context.pendingText->append(run, static_cast<std::int32_t>(count));
 }
 
 } // namespace
@@ -55,16 +107,28 @@ int InsertBodyCharacter(const Token* token, HtmlFilterContext& context)
     return ANSWER_USED;
 }
 
+int CollectTableCharacter(const Token* token, HtmlFilterContext& context)
+{
+    if (token->character == 0)
+        return IgnoreWithParseError(context);
+    AppendCharacter(token->character, *context.pendingTableChars);
+    if (!IsSpaceCharacter(token->character))
+        context.tableTextAllSpace = 0;
+    return ANSWER_USED;
+}
+
+void InsertFosteredRun(const char16_t* run, std::uint32_t count, HtmlFilterContext& context)
+{
+    InsertBodyRun(run, count, context);
+    context.pendingTextFoster = 1;
+}
+
 void AppendTextRuns(HtmlFilterContext& context)
 {
-    const RunRule rule = RunRuleOf(context.insertionMode);
+    const RunRule rule = RunRuleOf(context);
     if (rule == RunRule::OneByOne)
         return;
     std::array<char16_t, kRunCapacity> run;
-    while (const std::uint32_t count = scanTextRun(run.data(), kRunCapacity, context)) {
-        if (rule == RunRule::Body)
-            InsertBodyRun(run.data(), count, context);
-        else
-            context.pendingText->append(run.data(), static_cast<std::int32_t>(count));
-    }
+    while (const std::uint32_t count = scanTextRun(run.data(), kRunCapacity, context))
+        InsertRun(rule, run.data(), count, context);
 }

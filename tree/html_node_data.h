@@ -35,7 +35,7 @@ public:
     virtual void copyFrom(const HtmlGenericNodeData* source, ValueCache* cache);
 
     ZVHTMLElement elementId; // 0 in a text node
-    std::int32_t stackPosition = -1; // on the stack of open elements; -1: not there
+    std::uint32_t stackEntry = 0; // its entry on the stack of open elements; 0: not there
 };
 
 /// The characters of a text node.
@@ -99,6 +99,7 @@ public:
     CssDeclarationList* declarations = nullptr; // borrowed from the style sheet; may be null
     CssDeclarationList* undoDeclarations = nullptr; // owned, freed by leaveStyle or at close
     zorvan::LinkedList<HtmlAttribute*> attributes; // owned, by ascending id
+    std::uint32_t formattingEntry = 0; // in the list of active formatting elements; 0: not there
 };
 
 /// Where in the stream the value of src stands: offsets of its start and its end.

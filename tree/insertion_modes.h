@@ -33,12 +33,23 @@ int HandleAfterAfterFramesetInsertion(const Token* token, HtmlFilterContext& con
 /// Takes down the nearest open element with the token's id, unless a special one stands above it.
 int HandleAnyOtherEndTag(const Token* token, HtmlFilterContext& context);
 
+/// Closes a cell that is open in table scope, as its end tag does; answers as InCell.
+int CloseCell(HtmlFilterContext& context);
+
+/// Gives a payload of the token's element the attributes of the tag just scanned, which is that of
+/// an html or a body, as far as it lacks them. The values are shared; declarations are not taken
+/// over. target: null or of another element changes nothing.
+void MergeAttributes(HtmlGenericNodeData* target, const Token& token, HtmlFilterContext& context);
+
 /// Inserts an element whose content is text up to its end tag; the mode then is the one in force
 /// now again. Answers ANSWER_USED.
 int InsertTextElement(const Token* token, HtmlFilterContext& context);
 
 /// The same for an element in whose content markup is text.
 int InsertRawTextElement(const Token* token, HtmlFilterContext& context);
+
+/// Whether an input is not to be seen by its tag, which is the one just scanned or synthetic.
+bool IsHiddenInput(const Token& token, HtmlFilterContext& context);
 
 /// Flags a parse error and answers ANSWER_IGNORED.
 int IgnoreWithParseError(HtmlFilterContext& context);

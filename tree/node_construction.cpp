@@ -2,11 +2,10 @@
 
 #include "output/host_calls.h"
 #include "style/cascade.h"
-#include "style/css_declaration_list.h"
-#include "style/style_sheet.h"
 #include "support/bail_out.h"
 #include "support/exception.h"
 #include "support/wstring.h"
+#include "tree/attribute_rules.h"
 #include "tree/element_attributes.h"
 #include "tree/element_sets.h"
 #include "tree/html_tree.h"
@@ -78,29 +77,18 @@ void PushNode(HtmlTreeNode* node, HtmlFilterContext& context)
     context.currentNode = node;
 }
 
-/// Gives an element the list that its attributes declare into. The sheet keeps it.
-void GiveDeclarationList(HtmlTagNodeData& payload, StyleSheet& sheet, HtmlFilterContext& context)
-{
-    if (payload.declarations != nullptr)
-        return;
-    CssDeclarationList* const list = zorvan::newObject<CssDeclarationList>(context.valueCache);
-    if (list == nullptr) {
-        context.statusFlags |= STATUS_OUT_OF_MEMORY;
-        return;
-    }
-    sheet.keepNodeDeclarations(list);
-    payload.declarations = list;
-}
-
 /// What the style sheet makes of an element, in its place.
 void CascadeNode(HtmlTreeNode& node, StyleSheet* sheet, HtmlFilterContext& context)
 {
     auto& payload = static_cast<HtmlTagNodeData&>(*node.data);
     CssDeclarationList* const list
         = sheet == nullptr ? payload.declarations : cascade(*sheet, node, context.currentTreeRoot);
-    // An element for which the cascade has nothing keeps its own, empty list.
-    if (list == nullptr)
+    // An element for which the cascade has nothing has a list of its own, an empty one.
+    if (list == nullptr) {
+        if (sheet != nullptr)
+            EnsureDeclarations(payload, *sheet, context);
         return;
+    }
     resolveInherit(*list, context);
     payload.declarations = list;
 }
@@ -145,13 +133,11 @@ HtmlTreeNode* CreateAppendPushElement(
     auto payload = MakeElementPayload(token->element, context);
     HtmlTreeNode* const node
         = PlaceNode(payload.get(), (token->flags & TOKEN_FOSTER) != 0, context);
-    auto& data = static_cast<HtmlTagNodeData&>(*payload.release());
+    payload.release();
     PushNode(node, context);
 
-    if (const TreeState* const state = CurrentTreeState(context); state == nullptr)
+    if (CurrentTreeState(context) == nullptr)
         SOAbandonFilter(ABANDON_NO_TREE_OR_BUFFER, context);
-    else if (state->styleContext != nullptr)
-        GiveDeclarationList(data, *state->styleContext, context);
     DressNode(*node, applyAttributes && (token->flags & TOKEN_SYNTHETIC) == 0, context);
     return node;
 }
@@ -203,20 +189,24 @@ void FlushPendingText(HtmlFilterContext& context)
     context.currentNode = stack.getCount() == 0 ? nullptr : stack.last();
 }
 
-void AppendPendingChar(const Token* token, HtmlFilterContext& context)
+void AppendCharacter(std::uint32_t character, zorvan::WString& text)
 {
-    const std::uint32_t character = token->character;
-    if (character == 0)
-        return;
-    if ((token->flags & TOKEN_FOSTER) != 0)
-        context.pendingTextFoster = 1;
     if (character >= kFirstLargeCharacter && character <= kLastLargeCharacter) {
-        AppendReference(character, *context.pendingText);
+        AppendReference(character, text);
         return;
     }
     // QUIRK(NodeConstruction.CharactersBeyondTheLastAreOneTruncatedUnit): the last code point and
     // all numbers above it lose their upper half.
-    context.pendingText->append(static_cast<char16_t>(character));
+    text.append(static_cast<char16_t>(character));
+}
+
+void AppendPendingChar(const Token* token, HtmlFilterContext& context)
+{
+    if (token->character == 0)
+        return;
+    if ((token->flags & TOKEN_FOSTER) != 0)
+        context.pendingTextFoster = 1;
+    AppendCharacter(token->character, *context.pendingText);
 }
 
 HtmlTreeNode* InsertFostered(HtmlGenericNodeData* data, HtmlFilterContext& context)

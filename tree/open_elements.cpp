@@ -1,145 +1,87 @@
 #include "tree/open_elements.h"
 
 #include "containers/failures.h"
-#include "containers/storage.h"
-#include "tree/element_sets.h"
-#include "tree/html_tree.h"
 
 #include <algorithm>
-#include <cassert>
-#include <cstring>
 #include <utility>
 
 namespace {
 
-constexpr std::int64_t kFirstCapacity = 128;
+constexpr std::int64_t kFirstSpecialCapacity = 64;
 
 } // namespace
 
-OpenElements::OpenElements() { topmost_.fill(-1); }
-
-OpenElements::~OpenElements() { zorvan::releaseStorage(entries_); }
-
-void OpenElements::push(HtmlTreeNode* node)
+HtmlTreeNode* OpenElements::firstSpecialAbove(const HtmlTreeNode& node) const
 {
-    assert(!contains(*node));
-    growByOne();
-    entries_[count_].node = node;
-    ++count_;
-    linkFrom(count_ - 1);
+    const std::int32_t position = specialFrom(heightOf(node) + 1);
+    return position == specialCount_ ? nullptr : nodeAt(special_.get()[position]);
 }
 
-HtmlTreeNode* OpenElements::pop()
+void OpenElements::insertAbove(const HtmlTreeNode& reference, HtmlTreeNode* node)
 {
-    HtmlTreeNode* const node = last();
-    unlinkFrom(count_ - 1);
-    --count_;
-    return node;
+    const std::uint32_t elementId = elementOf(*node);
+    assert(contains(reference) && !contains(*node) && !IsSpecialElement(elementId));
+    node->data->stackEntry = entries_.insertAbove(numberOf(reference), {node}, elementId);
 }
 
-HtmlTreeNode* OpenElements::last() const
+void OpenElements::replace(const HtmlTreeNode& old, HtmlTreeNode* node)
 {
-    if (count_ == 0)
-        zorvan::throwContainerFailure(
-            zorvan::FAILURE_INDEX, "ArrayList.last(): ArrayList is empty");
-    return entries_[count_ - 1].node;
-}
-
-HtmlTreeNode* OpenElements::first() const
-{
-    if (count_ == 0)
-        zorvan::throwContainerFailure(
-            zorvan::FAILURE_INDEX, "ArrayList.first(): ArrayList is empty");
-    return entries_[0].node;
-}
-
-HtmlTreeNode* OpenElements::getAt(std::int32_t position) const
-{
-    if (position < 0 || position >= count_)
-        zorvan::throwContainerFailure(zorvan::FAILURE_INDEX, "ArrayList.get(): invalid parameter");
-    return entries_[position].node;
-}
-
-std::int32_t OpenElements::positionOf(const HtmlTreeNode& node) const
-{
-    // A payload may still carry a position from before the stack was cleared.
-    const std::int32_t position = node.data == nullptr ? -1 : node.data->stackPosition;
-    const bool isThere = position >= 0 && position < count_ && entries_[position].node == &node;
-    return isThere ? position : -1;
-}
-
-void OpenElements::insertAt(HtmlTreeNode* node, std::int32_t position)
-{
-    assert(!contains(*node));
-    if (position < 0 || position > count_)
-        zorvan::throwContainerFailure(
-            zorvan::FAILURE_INDEX, "ArrayList.insert(): invalid parameter");
-    growByOne();
-    unlinkFrom(position);
-    Entry* const place = entries_ + position;
-    std::memmove(place + 1, place, static_cast<std::size_t>(count_ - position) * sizeof(Entry));
-    place->node = node;
-    ++count_;
-    linkFrom(position);
+    assert(contains(old) && !contains(*node) && elementOf(old) == elementOf(*node));
+    const Number number = numberOf(old);
+    entries_.itemAt(number).node = node;
+    old.data->stackEntry = 0;
+    node->data->stackEntry = number;
 }
 
 void OpenElements::remove(HtmlTreeNode* node)
 {
-    const std::int32_t position = positionOf(*node);
-    if (position < 0)
+    const Number number = numberOf(*node);
+    if (number == 0)
         return;
-    unlinkFrom(position);
-    Entry* const place = entries_ + position;
-    --count_;
-    std::memmove(place, place + 1, static_cast<std::size_t>(count_ - position) * sizeof(Entry));
-    linkFrom(position);
+    if (IsSpecialElement(entries_.kindAt(number))) {
+        Number* const place = special_.get() + specialFrom(entries_.rankAt(number));
+        std::copy(place + 1, special_.get() + specialCount_, place);
+        --specialCount_;
+    }
+    entries_.remove(number);
+    node->data->stackEntry = 0;
 }
 
 void OpenElements::clear()
 {
-    count_ = 0;
-    topmost_.fill(-1);
-    topmostSpecial_ = -1;
+    entries_.clear();
+    specialCount_ = 0;
 }
 
-/// Makes room for one more entry.
-void OpenElements::growByOne()
+void OpenElements::failEmpty(const char* message)
 {
-    if (count_ < capacity_)
-        return;
-    if (capacity_ == zorvan::kMaximumElements)
+    zorvan::throwContainerFailure(zorvan::FAILURE_INDEX, message);
+}
+
+/// Makes room for one more special entry.
+void OpenElements::growSpecial()
+{
+    if (specialCapacity_ == zorvan::kMaximumElements)
         zorvan::throwOutOfStorage();
     const std::int64_t capacity = std::clamp<std::int64_t>(
-        std::int64_t{capacity_} * 2, kFirstCapacity, zorvan::kMaximumElements);
-    auto grown = zorvan::allocateElements<Entry>(capacity);
-    if (count_ != 0)
-        std::memcpy(grown.get(), entries_, static_cast<std::size_t>(count_) * sizeof(Entry));
-    zorvan::releaseStorage(std::exchange(entries_, grown.release()));
-    capacity_ = static_cast<std::int32_t>(capacity);
+        std::int64_t{specialCapacity_} * 2, kFirstSpecialCapacity, zorvan::kMaximumElements);
+    auto grown = zorvan::allocateElements<Number>(capacity);
+    std::copy_n(special_.get(), specialCount_, grown.get());
+    special_ = std::move(grown);
+    specialCapacity_ = static_cast<std::int32_t>(capacity);
 }
 
-/// Makes the entries from a position to the top known; those below are.
-void OpenElements::linkFrom(std::int32_t position)
+/// The position among the special entries of the first one that is not below a height.
+std::int32_t OpenElements::specialFrom(Height height) const
 {
-    for (; position < count_; ++position) {
-        Entry& entry = entries_[position];
-        const std::uint32_t elementId = elementOf(*entry.node);
-        assert(elementId < kElementLimit);
-        entry.previousSame = std::exchange(topmost_[elementId], position);
-        entry.previousSpecial = topmostSpecial_;
-        if (IsSpecialElement(elementId))
-            topmostSpecial_ = position;
-        entry.node->data->stackPosition = position;
+    std::int32_t from = 0;
+    std::int32_t to = specialCount_;
+    while (from < to) {
+        const std::int32_t middle = from + (to - from) / 2;
+        if (entries_.rankAt(special_.get()[middle]) < height)
+            from = middle + 1;
+        else
+            to = middle;
     }
-}
-
-/// Makes the entries from the top down to a position unknown.
-void OpenElements::unlinkFrom(std::int32_t position)
-{
-    for (std::int32_t i = count_ - 1; i >= position; --i) {
-        const Entry& entry = entries_[i];
-        topmost_[elementOf(*entry.node)] = entry.previousSame;
-        topmostSpecial_ = entry.previousSpecial;
-        entry.node->data->stackPosition = -1;
-    }
+    return from;
 }

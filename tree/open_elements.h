@@ -1,76 +1,149 @@
 #pragma once
 
+#include "containers/storage.h"
 #include "filter/html_filter_context.h"
+#include "tree/element_sets.h"
+#include "tree/html_tree.h"
+#include "tree/kind_sequence.h"
 
-#include <array>
+#include <cassert>
 #include <cstdint>
 
-/// The stack of open elements of a tree: nodes in the order in which they were opened, position 0
-/// is the bottom. Text nodes stand on it for a moment. It does not own the nodes. Each payload
-/// knows its position (HtmlGenericNodeData::stackPosition), and for each element id the topmost
-/// entry is known, so that the questions of the tree builder need no walk. Where there is no memory
+/// The stack of open elements of a tree: nodes in the order in which they were opened, the bottom
+/// first. Text nodes stand on it for a moment. It does not own the nodes. Each payload knows its
+/// entry (HtmlGenericNodeData::stackEntry), and the stack the topmost node of each element, so that
+/// no question of the tree builder needs a walk, however deep the stack. Where there is no memory
 /// for an entry, std::bad_alloc is thrown and the stack is as it was.
 class OpenElements {
+    struct Entry {
+        HtmlTreeNode* node;
+    };
+
+    static constexpr std::uint32_t kElementLimit = 136;
+    using Entries = KindSequence<Entry, kElementLimit>;
+
 public:
-    OpenElements();
-    ~OpenElements();
-    OpenElements(const OpenElements&) = delete;
-    OpenElements& operator=(const OpenElements&) = delete;
+    /// How far up something stands, for comparisons only: what is higher is greater.
+    using Height = Entries::Rank;
+    /// The height of what is not on the stack, below all others.
+    static constexpr Height kNowhere = -1;
 
     /// Entries on the stack.
-    std::int32_t getCount() const { return count_; }
+    std::int32_t getCount() const { return entries_.getCount(); }
 
     /// Puts a node on top, which must have a payload and not be on the stack.
-    void push(HtmlTreeNode* node);
+    void push(HtmlTreeNode* node)
+    {
+        assert(!contains(*node));
+        const std::uint32_t elementId = elementOf(*node);
+        assert(elementId < kElementLimit);
+        const bool isSpecial = IsSpecialElement(elementId);
+        if (isSpecial && specialCount_ == specialCapacity_)
+            growSpecial();
+        const Number number = entries_.push({node}, elementId);
+        node->data->stackEntry = number;
+        if (isSpecial)
+            special_.get()[specialCount_++] = number;
+    }
 
     /// Takes the top node off and answers it; fails on an empty stack as last() does.
-    HtmlTreeNode* pop();
+    HtmlTreeNode* pop()
+    {
+        HtmlTreeNode* const node = last();
+        if (specialCount_ != 0 && special_.get()[specialCount_ - 1] == entries_.last())
+            --specialCount_;
+        entries_.removeLast();
+        node->data->stackEntry = 0;
+        return node;
+    }
 
     /// Top and bottom entry; an empty stack fails with "ArrayList.last(): ArrayList is empty" or
     /// "ArrayList.first(): ArrayList is empty", code 137.
-    HtmlTreeNode* last() const;
-    HtmlTreeNode* first() const;
+    HtmlTreeNode* last() const
+    {
+        if (getCount() == 0)
+            failEmpty("ArrayList.last(): ArrayList is empty");
+        return nodeAt(entries_.last());
+    }
+    HtmlTreeNode* first() const
+    {
+        if (getCount() == 0)
+            failEmpty("ArrayList.first(): ArrayList is empty");
+        return nodeAt(entries_.first());
+    }
 
-    /// The entry at a position; out of range fails with "ArrayList.get(): invalid parameter".
-    HtmlTreeNode* getAt(std::int32_t position) const;
+    bool contains(const HtmlTreeNode& node) const { return numberOf(node) != 0; }
 
-    /// The position of a node, -1 when it is not on the stack.
-    std::int32_t positionOf(const HtmlTreeNode& node) const;
-    bool contains(const HtmlTreeNode& node) const { return positionOf(node) >= 0; }
+    /// The entries next to a node that is on the stack; null beyond bottom and top.
+    HtmlTreeNode* below(const HtmlTreeNode& node) const
+    {
+        return nodeAt(entries_.below(numberOf(node)));
+    }
+    HtmlTreeNode* above(const HtmlTreeNode& node) const
+    {
+        return nodeAt(entries_.above(numberOf(node)));
+    }
 
-    /// Puts a node at a position, moving those from there on up by one; getCount() is the top. Out
-    /// of range fails with "ArrayList.insert(): invalid parameter". Time is that of the entries
-    /// above.
-    void insertAt(HtmlTreeNode* node, std::int32_t position);
+    /// The topmost element with this id, a text node for 0; null none.
+    HtmlTreeNode* topmostNode(std::uint32_t elementId) const
+    {
+        return nodeAt(entries_.topmost(elementId));
+    }
 
-    /// Takes a node out, wherever it stands; nothing happens when it is not on the stack. Time is
-    /// that of the entries above.
+    /// The height of the topmost element with this id, and of the topmost of the special set.
+    Height topmost(std::uint32_t elementId) const { return heightAt(entries_.topmost(elementId)); }
+    Height topmostSpecial() const
+    {
+        return specialCount_ == 0 ? kNowhere : heightAt(special_.get()[specialCount_ - 1]);
+    }
+
+    Height heightOf(const HtmlTreeNode& node) const { return heightAt(numberOf(node)); }
+
+    /// The lowest element of the special set above a node, which must be on the stack; null none.
+    HtmlTreeNode* firstSpecialAbove(const HtmlTreeNode& node) const;
+
+    /// Puts a node, not of the special set, right above another one that is on the stack.
+    void insertAbove(const HtmlTreeNode& reference, HtmlTreeNode* node);
+
+    /// Puts a node of the same element in the place of another one that is on the stack.
+    void replace(const HtmlTreeNode& old, HtmlTreeNode* node);
+
+    /// Takes a node out, wherever it stands; nothing happens when it is not on the stack.
     void remove(HtmlTreeNode* node);
-
-    /// The topmost position of an element with this id, -1 none; of a text node for 0.
-    std::int32_t topmost(std::uint32_t elementId) const { return topmost_[elementId]; }
-    /// The topmost position of an element of the special set, -1 none.
-    std::int32_t topmostSpecial() const { return topmostSpecial_; }
 
     /// Takes all entries off. The nodes are not looked at, so that they may be gone.
     void clear();
 
 private:
-    struct Entry {
-        HtmlTreeNode* node;
-        std::int32_t previousSame; ///< next lower entry with the same element id, -1 none
-        std::int32_t previousSpecial; ///< topmost special entry below this one, -1 none
-    };
+    using Number = Entries::Number;
 
-    static constexpr std::uint32_t kElementLimit = 136;
+    [[noreturn]] static void failEmpty(const char* message);
 
-    void growByOne();
-    void linkFrom(std::int32_t position);
-    void unlinkFrom(std::int32_t position);
+    HtmlTreeNode* nodeAt(Number number) const
+    {
+        return number == 0 ? nullptr : entries_.itemAt(number).node;
+    }
 
-    Entry* entries_ = nullptr; ///< owned
-    std::int32_t count_ = 0;
-    std::int32_t capacity_ = 0;
-    std::array<std::int32_t, kElementLimit> topmost_;
-    std::int32_t topmostSpecial_ = -1;
+    Height heightAt(Number number) const
+    {
+        return number == 0 ? kNowhere : entries_.rankAt(number);
+    }
+
+    /// The entry of a node, 0 when it is not on the stack. A payload may still carry a number from
+    /// before the stack was cleared.
+    Number numberOf(const HtmlTreeNode& node) const
+    {
+        const Number number = node.data == nullptr ? 0 : node.data->stackEntry;
+        return entries_.isNumber(number) && nodeAt(number) == &node ? number : 0;
+    }
+
+    void growSpecial();
+    std::int32_t specialFrom(Height height) const;
+
+    Entries entries_;
+    /// The entries of special elements, upwards. They are only ever pushed; what goes from between
+    /// has few above it that were not pushed while it was open.
+    zorvan::StoragePointer<Number> special_;
+    std::int32_t specialCount_ = 0;
+    std::int32_t specialCapacity_ = 0;
 };

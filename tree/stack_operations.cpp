@@ -92,12 +92,12 @@ bool HasElementInListedScope(std::uint32_t elementId, const std::uint32_t* stopp
 {
     const OpenElements& stack = *context.openElements;
     RequireTwoEntries(stack);
-    const std::int32_t position = stack.topmost(elementId);
-    if (position < 0)
+    const OpenElements::Height height = stack.topmost(elementId);
+    if (height == OpenElements::kNowhere)
         return false;
     // An element that is a stopper itself is found before it stops anything.
     for (std::uint32_t i = 0; i < count; ++i) {
-        if (stack.topmost(stoppers[i]) > position)
+        if (stack.topmost(stoppers[i]) > height)
             return false;
     }
     return true;
@@ -136,29 +136,31 @@ HtmlTreeNode* FindFosterParent(HtmlTreeNode*& nodeOut, HtmlFilterContext& contex
     nodeOut = nullptr;
     const OpenElements& stack = *context.openElements;
     RequireTwoEntries(stack);
-    const std::int32_t position = stack.topmost(ELEMENT_TABLE);
-    if (position < 0)
+    HtmlTreeNode* const table = stack.topmostNode(ELEMENT_TABLE);
+    if (table == nullptr)
         return stack.first();
-    HtmlTreeNode* const table = stack.getAt(position);
     if (table->parent != nullptr) {
         nodeOut = table;
         return nullptr;
     }
-    if (position == 0)
+    HtmlTreeNode* const below = stack.below(*table);
+    if (below == nullptr)
         zorvan::throwContainerFailure(zorvan::FAILURE_INDEX, "Index is too small.");
-    return stack.getAt(position - 1);
+    return below;
 }
 
 void ResetInsertionMode(HtmlFilterContext& context)
 {
     const OpenElements& stack = *context.openElements;
+    if (stack.getCount() == 0)
+        return;
     // The bottom entry is not examined.
-    std::int32_t highest = 0;
+    OpenElements::Height highest = stack.heightOf(*stack.first());
     for (const ResumedMode& resumed : kResumedModes) {
-        const std::int32_t position = stack.topmost(resumed.element);
-        if (position <= highest)
+        const OpenElements::Height height = stack.topmost(resumed.element);
+        if (height <= highest)
             continue;
-        highest = position;
+        highest = height;
         SetInsertionMode(resumed.mode, context);
     }
 }

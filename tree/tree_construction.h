@@ -58,6 +58,10 @@ int CreateAppendPushText(HtmlFilterContext& context);
 /// The payload of an element, in the current tree's arena; null for id 0.
 HtmlGenericNodeData* CreateNodeData(std::uint32_t elementId, HtmlFilterContext& context);
 
+/// Adds a character to text of the tree: as one unit, but a large one as the text of its decimal
+/// reference.
+void AppendCharacter(std::uint32_t character, zorvan::WString& text);
+
 /// Adds one character to pendingText.
 void AppendPendingChar(const Token* token, HtmlFilterContext& context);
 

@@ -22,8 +22,7 @@ public:
     {
         if (roots == nullptr)
             makeRoots();
-        // An odd factor loses nothing: different keys stay different in the bits that are left.
-        std::uint32_t path = key * 0x9E3779B1U;
+        std::uint32_t path = key * kSpread;
         std::uint32_t parent = kNone;
         std::uint32_t branch = path >> (32 - kRootBits);
         path <<= kRootBits;
@@ -42,6 +41,24 @@ public:
         return addAt(parent, branch, key);
     }
 
+    /// The value of a key; null when there is none.
+    Value* find(std::uint32_t key) const
+    {
+        if (roots == nullptr)
+            return nullptr;
+        std::uint32_t path = key * kSpread;
+        std::uint32_t index = roots.get()[path >> (32 - kRootBits)];
+        path <<= kRootBits;
+        while (index != kNone) {
+            const Entry& entry = entries.begin()[index];
+            if (entry.key == key)
+                return entry.value;
+            index = entry.children[path >> 31];
+            path <<= 1;
+        }
+        return nullptr;
+    }
+
     /// Calls visit(value) for each key in the order of their adding; null values included.
     template <typename Visit> void forEach(Visit visit) const
     {
@@ -53,6 +70,8 @@ private:
     static constexpr std::uint32_t kRootBits = 7;
     static constexpr std::uint32_t kRoots = 1U << kRootBits;
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+    // An odd factor loses nothing: different keys stay different in the bits that are left.
+    static constexpr std::uint32_t kSpread = 0x9E3779B1;
 
     /// A key and, by the next bit of the path, the entries of the keys that came later.
     struct Entry {

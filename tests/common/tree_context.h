@@ -2,7 +2,6 @@
 
 #include "containers/array_list.h"
 #include "containers/indexed_list.h"
-#include "containers/linked_hash_map.h"
 #include "style/cascade.h"
 #include "style/css_declaration_list.h"
 #include "style/style_sheet.h"
@@ -18,6 +17,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace testing_support {
 
@@ -33,7 +33,6 @@ public:
         , runningStyle(&values)
         , sheet(&values, &context)
         , treeStates(8)
-        , formatting_(128, 128)
     {
         makeTokenBuffer();
         context.valueCache = &values;
@@ -57,8 +56,8 @@ public:
 
     ~TreeContext()
     {
-        endPayloads();
-        ClearActiveFormatting(context);
+        endPayloads(tree.root());
+        endPayloads(tree.discardedRoot());
         clearBuildFrames(context);
         for (zorvan::WString* name : fontNames_)
             delete name;
@@ -75,6 +74,17 @@ public:
     std::string shortOutline() const { return shortOutlineOf(*tree.root()); }
 
     OpenElements& stack() { return treeState.openElements; }
+
+    /// What is open, the bottom first.
+    std::vector<HtmlTreeNode*> openNodes()
+    {
+        std::vector<HtmlTreeNode*> nodes;
+        if (stack().getCount() == 0)
+            return nodes;
+        for (HtmlTreeNode* node = stack().first(); node != nullptr; node = stack().above(*node))
+            nodes.push_back(node);
+        return nodes;
+    }
 
     /// The first element with this id in the order of the document; null when there is none.
     HtmlTreeNode* find(std::uint32_t elementId)
@@ -111,10 +121,9 @@ private:
         fillDefaultStyle(runningStyle, values);
     }
 
-    void endPayloads()
+    static void endPayloads(HtmlTreeNode* root)
     {
-        for (HtmlTreeNode* node = tree.root(); node != nullptr;
-             node = nextInDocumentOrder(node, tree.root())) {
+        for (HtmlTreeNode* node = root; node != nullptr; node = nextInDocumentOrder(node, root)) {
             if (node->data == nullptr)
                 continue;
             delete node->data->getUndoDeclarations();
@@ -124,7 +133,7 @@ private:
     }
 
     zorvan::ArrayList<HtmlTree*> treeList_;
-    zorvan::LinkedHashMap<std::uint64_t, ActiveFormattingElement*> formatting_;
+    ActiveFormattingList formatting_;
     zorvan::ArrayList<zorvan::WString*> fontNames_;
     zorvan::WString pendingText_;
     zorvan::WString pendingTableChars_;

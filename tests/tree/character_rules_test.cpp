@@ -7,7 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -55,6 +58,32 @@ TEST(CharacterRules, OneCharacterOfTheBody)
     }
 }
 
+int handleInMode(const Token& token, HtmlFilterContext& context)
+{
+    switch (static_cast<InsertionMode>(context.insertionMode)) {
+    case InsertionMode::Text:
+        return HandleTextInsertion(&token, context);
+    case InsertionMode::InTable:
+        return HandleInTableInsertion(&token, context);
+    case InsertionMode::InTableText:
+        return HandleInTableTextInsertion(&token, context);
+    case InsertionMode::InCaption:
+        return HandleInCaptionInsertion(&token, context);
+    case InsertionMode::InTableBody:
+        return HandleInTableBodyInsertion(&token, context);
+    case InsertionMode::InRow:
+        return HandleInRowInsertion(&token, context);
+    case InsertionMode::InCell:
+        return HandleInCellInsertion(&token, context);
+    case InsertionMode::InSelect:
+        return HandleInSelectInsertion(&token, context);
+    case InsertionMode::InSelectInTable:
+        return HandleInSelectInTableInsertion(&token, context);
+    default:
+        return HandleInBodyInsertion(&token, context);
+    }
+}
+
 /// Reads to the end by the long road alone: one token for each character.
 void buildOneByOne(HtmlFilterContext& context)
 {
@@ -64,13 +93,20 @@ void buildOneByOne(HtmlFilterContext& context)
             = static_cast<std::uint32_t>(Scan(token, context.tokenBuffer, kTokenLimit, context));
         if (context.statusFlags != 0)
             break;
-        if (context.insertionMode == static_cast<std::uint32_t>(InsertionMode::Text))
-            HandleTextInsertion(&token, context);
-        else
-            HandleInBodyInsertion(&token, context);
+        while (handleInMode(token, context) == ANSWER_AGAIN) { }
     }
     FlushPendingText(context);
     context.statusFlags = 0;
+}
+
+/// Ends a stretch of table text, which would else be lost.
+void deliverTableText(HtmlFilterContext& context)
+{
+    if (context.insertionMode != static_cast<std::uint32_t>(InsertionMode::InTableText))
+        return;
+    const Token null = {};
+    HandleInTableTextInsertion(&null, context);
+    FlushPendingText(context);
 }
 
 std::string textOfAllBytes()
@@ -107,10 +143,28 @@ void expectSameRoads(
     }
     byRuns.build();
     buildOneByOne(byTokens.context);
+    EXPECT_EQ(byRuns.context.insertionMode, byTokens.context.insertionMode);
+    EXPECT_EQ(byRuns.context.tableTextAllSpace, byTokens.context.tableTextAllSpace);
+    deliverTableText(byRuns.context);
+    deliverTableText(byTokens.context);
     EXPECT_EQ(byRuns.shortOutline(), byTokens.shortOutline());
     EXPECT_EQ(byRuns.context.framesetOk, byTokens.context.framesetOk);
     EXPECT_EQ(byRuns.context.parseError, byTokens.context.parseError);
     EXPECT_EQ(byRuns.context.rawTextAtLineStart, byTokens.context.rawTextAtLineStart);
+}
+
+const std::string kTexts[] = {"a\x1B$B$\"$\"\x1B(Bb \x1B(Jc\x1B", "\x1B$)Ca \x0E!!0!\x0F b\x0E!",
+    "a~{<:Ky~}b~~c ~\nd~", textOfAllBytes(), "  \n ", "a", std::string("\0b\0", 3),
+    "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80 \xC3\xA9", "\n <b", "x<!y"};
+
+void expectSameRoads(const RoadRow& row, std::uint16_t charSet)
+{
+    for (const std::string& text : kTexts) {
+        SCOPED_TRACE(std::string(row.prologue) + " in " + std::to_string(charSet) + " with "
+            + std::to_string(text.size()) + " bytes");
+        for (const std::uint32_t bufferSize : {1U, 3U, 7U, 2'048U})
+            expectSameRoads(row, charSet, text, bufferSize);
+    }
 }
 
 TEST(CharacterRules, BothRoadsGiveTheSame)
@@ -121,37 +175,122 @@ TEST(CharacterRules, BothRoadsGiveTheSame)
     const std::uint16_t charSets[]
         = {CHARSET_DEFAULT, CHARSET_UTF8, CHARSET_UTF16, CHARSET_WINDOWS_1251, CHARSET_SHIFT_JIS,
             CHARSET_HZ, CHARSET_ISO_2022_JP, CHARSET_ISO_2022_KR};
-    const std::string texts[] = {"a\x1B$B$\"$\"\x1B(Bb \x1B(Jc\x1B", "\x1B$)Ca \x0E!!0!\x0F b\x0E!",
-        "a~{<:Ky~}b~~c ~\nd~", textOfAllBytes(), "  \n ", "a", std::string("\0b\0", 3),
-        "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80 \xC3\xA9", "\n <b", "x<!y"};
     for (const RoadRow& row : rows) {
-        for (const std::uint16_t charSet : charSets) {
-            for (const std::string& text : texts) {
-                SCOPED_TRACE(std::string(row.prologue) + " in " + std::to_string(charSet) + " with "
-                    + std::to_string(text.size()) + " bytes");
-                for (const std::uint32_t bufferSize : {1U, 3U, 7U, 2'048U})
-                    expectSameRoads(row, charSet, text, bufferSize);
-            }
+        for (const std::uint16_t charSet : charSets)
+            expectSameRoads(row, charSet);
+    }
+}
+
+TEST(CharacterRules, BothRoadsGiveTheSameInEveryMode)
+{
+    for (const char* prologue :
+        {"<p><b><i></p>", "<table>", "<table><thead>", "<p><b></p><table><tr>", "<table><div>",
+            "<table><thead><div>", "<table><tr><div><p><b></p>", "<table><caption>", "<table><td>",
+            "<select>", "<table><td><select>"})
+        expectSameRoads({prologue, RAW_TEXT_NONE, 0}, CHARSET_UTF8);
+}
+
+struct RunRow {
+    const char* prologue;
+    std::vector<InsertionMode> modes; ///< those in which a run is taken
+    bool isTableText;
+};
+
+TEST(CharacterRules, RunsAreTakenInTheModesOfPlainTextOnly)
+{
+    using enum InsertionMode;
+    // Where the current element is part of a table, its text has a mode of its own.
+    const RunRow rows[] = {
+        {"<div>",
+            {InBody, Text, InTable, InCaption, InTableBody, InRow, InCell, InSelect,
+                InSelectInTable},
+            false},
+        {"<table>", {InBody, Text, InCaption, InCell, InSelect, InSelectInTable}, false},
+        {"<div>", {InTableText}, true},
+    };
+    for (const RunRow& row : rows) {
+        for (std::uint32_t mode = 1; mode <= 22; ++mode) {
+            TreeContext tree(row.prologue);
+            tree.build();
+            tree.stream.bytes.insert(tree.stream.bytes.end(), {'a', 'b', '<', 'c'});
+            tree.context.insertionMode = mode;
+            // The buffer has to be filled before there is a run.
+            Token token = {};
+            Scan(token, tree.context.tokenBuffer, kTokenLimit, tree.context);
+            EXPECT_EQ(token.flags, TOKEN_CHARACTER);
+            tree.context.parseError = 0;
+            AppendTextRuns(tree.context);
+            const bool isTaken
+                = std::find(row.modes.begin(), row.modes.end(), static_cast<InsertionMode>(mode))
+                != row.modes.end();
+            const zorvan::WString& text
+                = row.isTableText ? *tree.context.pendingTableChars : *tree.context.pendingText;
+            EXPECT_EQ(text.length, isTaken ? 1 : 0) << row.prologue << " " << mode;
+            // In front of a table text is misplaced.
+            const bool isInTable = mode == static_cast<std::uint32_t>(InTable)
+                || mode == static_cast<std::uint32_t>(InTableBody)
+                || mode == static_cast<std::uint32_t>(InRow);
+            const bool isMisplaced = isInTable && row.prologue == std::string_view("<div>");
+            EXPECT_EQ(tree.context.parseError, isMisplaced ? 1U : 0U);
+            EXPECT_EQ(tree.context.pendingTextFoster, isMisplaced ? 1U : 0U);
+            tree.context.pendingText->clear();
         }
     }
 }
 
-TEST(CharacterRules, RunsAreTakenInTheModesOfPlainTextOnly)
+TEST(CharacterRules, OneCharacterOfATable)
 {
-    for (std::uint32_t mode = 1; mode <= 22; ++mode) {
-        TreeContext tree("<body>");
-        tree.build();
-        tree.stream.bytes.insert(tree.stream.bytes.end(), {'a', 'b', '<', 'c'});
-        tree.context.insertionMode = mode;
-        // The buffer has to be filled before there is a run.
+    struct Row {
+        std::uint32_t character;
+        int answer;
+        std::uint32_t allSpace;
+        std::uint32_t parseError;
+        std::int32_t collected;
+    };
+    const Row rows[] = {
+        {0, ANSWER_IGNORED, 1, 1, 0},
+        {9, ANSWER_USED, 1, 0, 1},
+        {32, ANSWER_USED, 1, 0, 1},
+        {'a', ANSWER_USED, 0, 0, 1},
+        {11, ANSWER_USED, 0, 0, 1},
+        {0x10000, ANSWER_USED, 0, 0, 8},
+        {0x110020, ANSWER_USED, 0, 0, 1},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.character);
+        TreeContext tree;
+        tree.context.tableTextAllSpace = 1;
         Token token = {};
-        Scan(token, tree.context.tokenBuffer, kTokenLimit, tree.context);
-        EXPECT_EQ(token.flags, TOKEN_CHARACTER);
-        AppendTextRuns(tree.context);
-        const bool isPlain = mode == static_cast<std::uint32_t>(InsertionMode::InBody)
-            || mode == static_cast<std::uint32_t>(InsertionMode::Text);
-        EXPECT_EQ(tree.context.pendingText->length, isPlain ? 1 : 0) << mode;
-        tree.context.pendingText->clear();
+        token.flags = TOKEN_CHARACTER;
+        token.character = row.character;
+        EXPECT_EQ(CollectTableCharacter(&token, tree.context), row.answer);
+        EXPECT_EQ(tree.context.tableTextAllSpace, row.allSpace);
+        EXPECT_EQ(tree.context.parseError, row.parseError);
+        EXPECT_EQ(tree.context.pendingTableChars->length, row.collected);
+        EXPECT_EQ(tree.context.pendingText->length, 0);
+        EXPECT_EQ(tree.context.framesetOk, 1U);
+    }
+}
+
+TEST(CharacterRules, FosteredRun)
+{
+    struct Row {
+        std::u16string text;
+        std::uint32_t framesetOk;
+    };
+    for (const Row& row : {Row{u" \t\n", 1}, Row{u" a ", 0}}) {
+        TreeContext tree("<p><b></p>");
+        tree.build();
+        tree.context.framesetOk = 1;
+        tree.context.parseError = 0;
+        InsertFosteredRun(
+            row.text.data(), static_cast<std::uint32_t>(row.text.size()), tree.context);
+        EXPECT_EQ(tree.context.framesetOk, row.framesetOk);
+        EXPECT_EQ(tree.context.pendingTextFoster, 1U);
+        EXPECT_EQ(tree.context.parseError, 0U);
+        EXPECT_EQ(tree.context.pendingText->length, 3);
+        EXPECT_EQ(elementOf(*tree.context.currentNode), ELEMENT_B);
+        FlushPendingText(tree.context);
     }
 }
 

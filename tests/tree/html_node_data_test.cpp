@@ -52,7 +52,7 @@ TEST(HtmlNodeData, ClassesFollowOneLine)
     EXPECT_EQ(text.elementId, 0U);
     for (const HtmlGenericNodeData* data :
         std::initializer_list<const HtmlGenericNodeData*>{&tag, &img, &tr, &text}) {
-        EXPECT_EQ(data->stackPosition, -1);
+        EXPECT_EQ(data->stackEntry, 0U);
         EXPECT_FALSE(data->hasAttributes());
         EXPECT_EQ(data->getDeclarations(), nullptr);
         EXPECT_EQ(data->getUndoDeclarations(), nullptr);

@@ -36,8 +36,8 @@ public:
     std::vector<std::uint32_t> elements()
     {
         std::vector<std::uint32_t> ids;
-        for (std::int32_t i = 0; i < stack().getCount(); ++i)
-            ids.push_back(elementOf(*stack().getAt(i)));
+        for (const HtmlTreeNode* node : openNodes())
+            ids.push_back(elementOf(*node));
         return ids;
     }
 };
@@ -226,7 +226,7 @@ TEST(StackOperations, FosterParentIsInFrontOfTheNearestTable)
     StackContext tree({ELEMENT_HTML, ELEMENT_TABLE, ELEMENT_TD, ELEMENT_TABLE, ELEMENT_TR});
     HtmlTreeNode* node = nullptr;
     EXPECT_EQ(FindFosterParent(node, tree.context), nullptr);
-    EXPECT_EQ(node, tree.stack().getAt(3));
+    EXPECT_EQ(node, tree.openNodes().at(3));
 }
 
 TEST(StackOperations, FosterParentOfADetachedTable)
@@ -235,7 +235,7 @@ TEST(StackOperations, FosterParentOfADetachedTable)
     HtmlTreeNode* const table = tree.find(ELEMENT_TABLE);
     tree.tree.detach(table);
     HtmlTreeNode* node = table;
-    EXPECT_EQ(FindFosterParent(node, tree.context), tree.stack().getAt(1));
+    EXPECT_EQ(FindFosterParent(node, tree.context), tree.openNodes().at(1));
     EXPECT_EQ(node, nullptr);
     tree.tree.appendChild(tree.tree.root(), table);
 }

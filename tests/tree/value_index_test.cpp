@@ -61,6 +61,13 @@ TEST(ValueIndex, MatchesANaiveModel)
             if (isNew)
                 inOrder.push_back(next);
         }
+        for (std::uint32_t i = 0; i < 1'000; ++i) {
+            const auto key = static_cast<std::uint32_t>(random()) % spread;
+            const auto known = model.find(key);
+            ASSERT_EQ(index.find(key), known != model.end() ? known->second : nullptr) << key;
+        }
+        for (const auto& [key, value] : model)
+            ASSERT_EQ(index.find(key), value) << key;
         std::vector<const int*> visited;
         index.forEach([&](const int* value) { visited.push_back(value); });
         EXPECT_EQ(visited, inOrder);
@@ -97,6 +104,39 @@ TEST(ValueIndex, ManyKeysOfOneRootStayFast)
         ASSERT_FALSE(enter(index, keyOfPath(i), kNumber));
 }
 
+TEST(ValueIndex, FindingAddsNothing)
+{
+    static const int kNumber = 0;
+    ValueIndex<const int> index;
+    zorvan::clearAllocationFailure();
+    for (const std::uint32_t key : {0U, 1U, 0xFFFFFFFFU})
+        EXPECT_EQ(index.find(key), nullptr);
+    EXPECT_EQ(zorvan::allocationsSeen(), 0U);
+    EXPECT_TRUE(enter(index, 1, kNumber));
+    EXPECT_EQ(index.find(1), &kNumber);
+    for (const std::uint32_t key : {0U, 2U, 0xFFFFFFFFU, keyOfPath(0)})
+        EXPECT_EQ(index.find(key), nullptr);
+    std::uint32_t count = 0;
+    index.forEach([&](const int*) { ++count; });
+    EXPECT_EQ(count, 1U);
+}
+
+TEST(ValueIndex, FindsBehindTheLongestRowOfBranches)
+{
+    static const int kNumbers[26] = {};
+    ValueIndex<const int> index;
+    std::vector<std::uint32_t> keys;
+    for (std::uint32_t bit = 1U << 24; bit != 0; bit >>= 1)
+        keys.push_back(keyOfPath(0xFE000000U | (0x01FFFFFFU & ~(bit - 1))));
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        EXPECT_EQ(index.find(keys[i]), nullptr);
+        EXPECT_TRUE(enter(index, keys[i], kNumbers[i]));
+    }
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        EXPECT_EQ(index.find(keys[i]), &kNumbers[i]);
+    EXPECT_EQ(index.find(keyOfPath(0xFE000000U)), nullptr);
+}
+
 TEST(ValueIndex, FailedAdditionLeavesTheIndexUnharmed)
 {
     static const int kNumbers[64] = {};
@@ -124,4 +164,5 @@ TEST(ValueIndex, NullIsAnAnswer)
     EXPECT_TRUE(added);
     EXPECT_EQ(index.findOrAdd(5, added), nullptr);
     EXPECT_FALSE(added);
+    EXPECT_EQ(index.find(5), nullptr);
 }
