@@ -1,8 +1,11 @@
 #include "style/cascade.h"
 
 #include "containers/failures.h"
+#include "filter/filter_internals.h"
 #include "style/built_in_styles.h"
 #include "style/css_declaration_list.h"
+#include "style/lengths.h"
+#include "style/make_object.h"
 #include "style/property_snapshot.h"
 #include "style/style_sheet.h"
 #include "support/process_heap.h"
@@ -135,18 +138,64 @@ void alignByDirection(CssDeclarationList& list)
         /*edgeMargin=*/false);
 }
 
-} // namespace
+using Selectors = zorvan::ArrayList<Selector*>;
 
-CssDeclarationList* cascade(StyleSheet& sheet, HtmlTreeNode& node, HtmlTreeNode*)
+CssDeclarationList* nonEmpty(CssDeclarationList* list)
 {
-    auto& element = static_cast<HtmlTagNodeData&>(*node.data);
-    CssDeclarationList* result = nullptr;
-    // STAND-IN: the declarations of the style attribute are the first to be merged; that comes with
-    // the style sheet parser.
-    // STAND-IN: the declarations of matching rules follow, from the greatest selector to the least.
-    if (element.declarations != nullptr && !element.declarations->isEmpty())
-        result = joinOwn(result, *std::exchange(element.declarations, nullptr), sheet);
+    return list != nullptr && !list->isEmpty() ? list : nullptr;
+}
 
+/// What an element's style attribute declares, in a list that the sheet keeps; null for nothing.
+CssDeclarationList* parseStyleOf(const HtmlTagNodeData& element, StyleSheet& sheet)
+{
+    if (!element.hasAttributes())
+        return nullptr;
+    const auto* text = HtmlWStringValue::from(element.findAttribute(ATTRIBUTE_STYLE));
+    if (text == nullptr || text->length == 0)
+        return nullptr;
+    auto list = makeObject<CssDeclarationList>(sheet.values);
+    sheet.parseStyleAttribute(text->text, text->length, *list);
+    if (list->isEmpty())
+        return nullptr;
+    CssDeclarationList* const kept = list.get();
+    sheet.keepNodeDeclarations(list.release());
+    return kept;
+}
+
+void tellObserver(const HtmlTreeNode& node, const CssDeclarationList* fromStyle,
+    const Selectors& rules, const CssDeclarationList* own, StyleSheet& sheet)
+{
+    const HtmlFilterContext* const context = sheet.filter;
+    if (context == nullptr || context->internals == nullptr)
+        return;
+    CascadeObserver* const observer = context->internals->cascadeObserver;
+    if (observer == nullptr)
+        return;
+    const CssDeclarationList* const builtIn = sheet.builtInDeclarations(elementOf(node));
+    observer->onCascade(node, {fromStyle, rules, own, builtIn});
+}
+
+/// Joins what the rules declare, the greatest selector first, to what has a higher rank.
+CssDeclarationList* mergeRules(
+    CssDeclarationList* fromStyle, const Selectors& rules, StyleSheet& sheet)
+{
+    // A list that nothing was ever taken out of for good would be the same list again in a copy.
+    CssDeclarationList* result = fromStyle;
+    for (std::int32_t i = rules.getCount() - 1; i >= 0; --i) {
+        const CssDeclarationList* const declarations = rules.get(i)->declarations;
+        if (declarations == nullptr)
+            continue;
+        if (result == nullptr)
+            result = &makeKeptList(sheet);
+        result->merge(*declarations, /*copy=*/true);
+    }
+    return result;
+}
+
+/// Joins the built-in declarations of an element to what has a higher rank, null for nothing.
+CssDeclarationList* joinBuiltIn(
+    CssDeclarationList* result, HtmlTagNodeData& element, StyleSheet& sheet)
+{
     CssDeclarationList* const builtIn = builtInFor(element.elementId, result, sheet);
     if (builtIn == nullptr)
         return result;
@@ -162,9 +211,67 @@ CssDeclarationList* cascade(StyleSheet& sheet, HtmlTreeNode& node, HtmlTreeNode*
     return result;
 }
 
+/// Whether elements of a kind can have a list together: nobody adds to it later.
+bool mayShare(std::uint32_t elementId)
+{
+    return elementId != ELEMENT_BODY && elementId != ELEMENT_TABLE;
+}
+
+/// Whether what a list comes to hangs on where its element stands.
+bool hangsOnPlace(const CssDeclarationList& list)
+{
+    for (auto cursor = list.first(); !cursor.isAtEnd(); cursor.advance()) {
+        const HtmlValue* const value = cursor.value()->getValue();
+        const auto* keyword = HtmlCssKeywordValue::from(value);
+        if (keyword != nullptr && keyword->keyword == VALUE_INHERIT)
+            return true;
+        const auto* length = HtmlLengthValue::from(value);
+        if (length != nullptr && isRelative(*length))
+            return true;
+    }
+    return false;
+}
+
+/// The list of an element of which rules alone say how it looks: the one that another such element
+/// has, if the place makes no difference.
+CssDeclarationList* shareRules(HtmlTagNodeData& element, const Selectors& rules, StyleSheet& sheet)
+{
+    SharedDeclarations& shared = sheet.sharedDeclarations();
+    CssDeclarationList* const known = shared.find(element.elementId, rules);
+    if (known != nullptr) {
+        dropEmptyOwn(element, sheet);
+        return known;
+    }
+    CssDeclarationList* const made = joinBuiltIn(mergeRules(nullptr, rules, sheet), element, sheet);
+    if (!hangsOnPlace(*made) && shared.add(element.elementId, rules, made))
+        made->lengths = CssDeclarationList::Lengths::ResolveOnce;
+    return made;
+}
+
+} // namespace
+
+CssDeclarationList* cascade(StyleSheet& sheet, HtmlTreeNode& node, HtmlTreeNode* root)
+{
+    auto& element = static_cast<HtmlTagNodeData&>(*node.data);
+    CssDeclarationList* const fromStyle = parseStyleOf(element, sheet);
+    const Selectors& rules = sheet.findMatches(node, root);
+    CssDeclarationList* const own = nonEmpty(element.declarations);
+    tellObserver(node, fromStyle, rules, own, sheet);
+
+    const bool hasRulesOnly = rules.getCount() != 0 && fromStyle == nullptr && own == nullptr;
+    if (hasRulesOnly && mayShare(element.elementId))
+        return shareRules(element, rules, sheet);
+    CssDeclarationList* result = mergeRules(fromStyle, rules, sheet);
+    if (own != nullptr) {
+        element.declarations = nullptr;
+        result = joinOwn(result, *own, sheet);
+    }
+    return joinBuiltIn(result, element, sheet);
+}
+
 void resolveInherit(CssDeclarationList& list, HtmlFilterContext& context)
 {
-    if (list.isEmpty())
+    if (list.isEmpty() || list.lengths == CssDeclarationList::Lengths::Resolved)
         return;
     const InheritTraits traits = inheritTraitsOf(list);
     if (traits.hasInherit)

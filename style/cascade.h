@@ -1,11 +1,13 @@
 #pragma once
 
+#include "containers/array_list.h"
 #include "filter/html_filter_context.h"
 #include "support/css_names.h"
 
 #include <cstdint>
 
 class CssDeclaration;
+class Selector;
 class StyleSheet;
 
 /// State of style at an open element of the tree under construction. Lengths in pixels.
@@ -19,6 +21,21 @@ struct BuildFrame {
 /// Which of the four running backgrounds an element's background-color belongs to.
 enum class BackgroundGroup { Inline, Body, Table, Block };
 BackgroundGroup backgroundGroupOf(std::uint32_t elementId);
+
+/// Where the declarations of an element come from, by rank; null for none.
+struct CascadeSources {
+    const CssDeclarationList* styleAttribute;
+    const zorvan::ArrayList<Selector*>& rules; ///< selectors, the last of them first in rank
+    const CssDeclarationList* presentational;
+    const CssDeclarationList* builtIn;
+};
+
+/// Is told of every cascade before its sources are merged.
+class CascadeObserver {
+public:
+    virtual ~CascadeObserver() = default;
+    virtual void onCascade(const HtmlTreeNode& node, const CascadeSources& sources) = 0;
+};
 
 /// The declarations of a new element from all sources, in their order of rank; null when there are
 /// none. The sheet keeps the list. root: of the tree.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "containers/array_list.h"
 #include "containers/hash_map.h"
 #include "style/css_declaration.h"
 #include "support/css_names.h"
@@ -74,6 +75,22 @@ public:
     bool isOwning() const { return ownsDeclarations; }
 
     ValueCache* const valueCache; // borrowed
+
+    /// What becomes of the lengths when an element that has this list is entered. Those of a list
+    /// that several elements share are resolved for good with the first one: again would change the
+    /// order.
+    enum class Lengths : std::uint8_t { Resolve, ResolveOnce, Resolved };
+    Lengths lengths = Lengths::Resolve;
+
+    /// The declarations as entering an element comes across them: first those to be undone, then
+    /// those to be put into force.
+    struct Visits {
+        zorvan::ArrayList<const CssDeclaration*> undone; // borrowed from the list
+        zorvan::ArrayList<const CssDeclaration*> entered; // the same
+    };
+    /// Of a list of which resolving for good has changed the order, which each further element is
+    /// still entered in; null of any other.
+    std::unique_ptr<Visits> visits;
 
 private:
     void deleteDeclarations();

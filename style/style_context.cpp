@@ -4,6 +4,7 @@
 #include "style/css_declaration_list.h"
 #include "style/font_names.h"
 #include "style/lengths.h"
+#include "style/make_object.h"
 #include "style/property_snapshot.h"
 #include "style/style_spares.h"
 #include "tree/html_tree.h"
@@ -99,27 +100,53 @@ void addUndo(const CssDeclaration& declaration, Undo& undo, std::uint32_t elemen
 /// The declarations of an element in their order, for visits with lengths resolved.
 class ElementDeclarations {
 public:
+    using Visits = CssDeclarationList::Visits;
+    using Order = zorvan::ArrayList<const CssDeclaration*>;
+
     explicit ElementDeclarations(CssDeclarationList& list)
         : list_(list)
     {
+        if (list.visits != nullptr)
+            return;
         for (auto cursor = list.first(); !cursor.isAtEnd(); cursor.advance()) {
             isResolved_ = isResolved_ && staysAsItIs(cursor);
             declarations_[count_++] = cursor.value();
         }
+        if (list.lengths == CssDeclarationList::Lengths::ResolveOnce && !isResolved_)
+            visits_ = makeObject<Visits>();
     }
 
-    /// Resolves each length against a font size and calls visit(declaration).
-    template <typename Visit> void forEachResolved(std::uint32_t fontSize, Visit visit)
+    /// Resolves each length against a font size and calls visit(declaration). order: which of both
+    /// visits this is.
+    template <typename Visit>
+    void forEachResolved(std::uint32_t fontSize, Order Visits::*order, Visit visit)
     {
-        if (!isResolved_) {
-            for (const ZVCSSProperty property : PropertySnapshot(list_)) {
-                resolveLength(list_, property, fontSize);
-                visit(*list_.get(property));
-            }
+        if (list_.visits != nullptr) {
+            for (const CssDeclaration* declaration : (*list_.visits).*order)
+                visit(*declaration);
             return;
         }
-        for (std::int32_t i = 0; i < count_; ++i)
-            visit(*declarations_[i]);
+        if (isResolved_) {
+            for (std::int32_t i = 0; i < count_; ++i)
+                visit(*declarations_[i]);
+            return;
+        }
+        for (const ZVCSSProperty property : PropertySnapshot(list_)) {
+            resolveLength(list_, property, fontSize);
+            const CssDeclaration& declaration = *list_.get(property);
+            if (visits_ != nullptr)
+                ((*visits_).*order).add(&declaration);
+            visit(declaration);
+        }
+    }
+
+    /// Lets further elements that share the list find it as this one has.
+    void finish()
+    {
+        if (list_.lengths != CssDeclarationList::Lengths::ResolveOnce)
+            return;
+        list_.lengths = CssDeclarationList::Lengths::Resolved;
+        list_.visits = std::move(visits_);
     }
 
 private:
@@ -140,6 +167,7 @@ private:
     const CssDeclaration* declarations_[kCapacity]; // in use when nothing is to be resolved
     std::int32_t count_ = 0;
     bool isResolved_ = true;
+    std::unique_ptr<Visits> visits_; // in the making, of the list of several elements
 };
 
 void putIntoForce(
@@ -231,13 +259,15 @@ void enterDeclarations(CssDeclarationList& list, Undo& undo, std::uint32_t eleme
     BuildFrame& frame, HtmlFilterContext& context)
 {
     ElementDeclarations declarations(list);
-    declarations.forEachResolved(frame.fontSize,
+    using Visits = CssDeclarationList::Visits;
+    declarations.forEachResolved(frame.fontSize, &Visits::undone,
         [&](const CssDeclaration& each) { addUndo(each, undo, elementId, context); });
     FrameValues values;
-    declarations.forEachResolved(frame.fontSize, [&](const CssDeclaration& each) {
+    declarations.forEachResolved(frame.fontSize, &Visits::entered, [&](const CssDeclaration& each) {
         putIntoForce(each, elementId, context);
         noteFrameValue(each, values);
     });
+    declarations.finish();
     setFontSize(values.fontSize, frame);
     addIndents(values, frame);
     noteFont(values.fontFamily, context);

@@ -34,13 +34,13 @@ StyleSheet::StyleSheet(ValueCache* cache, HtmlFilterContext* context)
 
 StyleSheet::~StyleSheet()
 {
+    deleteLists(ruleDeclarations_);
+    for (Selector* selector : selectors_)
+        delete selector;
     deleteLists(nodeDeclarations_);
     deleteLists(savedDeclarations_);
     defaultDeclarations_.forEach([](ZVHTMLElement, CssDeclarationList* list) { delete list; });
 }
-
-// STAND-IN: the rules of a sheet are not read; that comes with the style sheet parser.
-void StyleSheet::parseStyleSheet(const char16_t*, std::uint32_t) { }
 
 void StyleSheet::keepNodeDeclarations(CssDeclarationList* list) { keep(list, nodeDeclarations_); }
 

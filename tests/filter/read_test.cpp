@@ -233,7 +233,8 @@ TEST(Read, AnyFailedAllocationEndsInOrder)
             EXPECT_TRUE(failure.code() == 13 || failure.code() == 137) << failure.code();
             ++ends;
         } catch (const UTBailOut& failure) {
-            EXPECT_EQ(failure.code, 13u);
+            // 18 is that of a style sheet whose text finds no memory.
+            EXPECT_TRUE(failure.code == 13 || failure.code == 18) << failure.code;
             ++ends;
         }
         const bool reached = zorvan::allocationsSeen() >= n;

@@ -1,7 +1,7 @@
 #include "style/cascade.h"
 
 #include "tests/common/allocation_count.h"
-#include "tests/style/style_document.h"
+#include "tests/style/sheet_document.h"
 
 #include <gtest/gtest.h>
 
@@ -254,6 +254,260 @@ TEST(Cascade, AnElementThatSharesItsListGivesItsOwnUp)
     document.declare(styled, PROPERTY_COLOR, document.color(1));
     document.cascadeOnly(styled);
     EXPECT_NE(&document.listOf(styled), shared);
+}
+
+struct RankRow {
+    const char* sheet;
+    ZVHTMLElement element;
+    const char* classes;
+    const char* style;
+    const char* color;
+};
+
+// The style attribute, rules by specificity and order, own declarations, built-in ones; and what is
+// important displaces what is not.
+TEST(Cascade, Ranks)
+{
+    const RankRow rows[] = {
+        {"p { color: blue }", ELEMENT_P, "", "color:red", "color ff"},
+        {"p { color: blue !important; }", ELEMENT_P, "", "color:red", "color ff0000!"},
+        {"p { color: blue !important }", ELEMENT_P, "", "color:red", "color ff"},
+        {"p { color: blue !important; }", ELEMENT_P, "", "color:red !important;", "color ff!"},
+        {"p { color: red } p { color: blue }", ELEMENT_P, "", "", "color ff0000"},
+        {".x { color: red } p { color: blue }", ELEMENT_P, "x", "", "color ff"},
+        {".x { color: red } p { color: blue !important; }", ELEMENT_P, "x", "", "color ff0000!"},
+        {"p { color: red !important; } p { color: blue !important; }", ELEMENT_P, "", "",
+            "color ff0000!"},
+        {"p { color: red !important; } p { color: blue }", ELEMENT_P, "", "", "color ff!"},
+        {"p { color: red !important; color: blue }", ELEMENT_P, "", "", "color ff0000"},
+        {"", ELEMENT_P, "", "color:red !important; color:blue", "color ff0000"},
+        {".x { color: red } .x.x { color: lime } p { color: blue }", ELEMENT_P, "x", "",
+            "color ff00"},
+    };
+    for (const RankRow& row : rows) {
+        SheetDocument document(row.sheet);
+        HtmlTreeNode& node = document.cascaded(row.element, row.classes, row.style);
+        EXPECT_EQ(declarationsIn(document.listOf(node))[PROPERTY_COLOR], row.color) << row.sheet;
+    }
+}
+
+TEST(Cascade, RulesStandAboveOwnDeclarations)
+{
+    SheetDocument document("font { color: blue } i { color: blue } b { color: blue !important; }");
+    for (const bool important : {false, true}) {
+        HtmlTreeNode& font = document.add(ELEMENT_FONT);
+        document.declare(font, PROPERTY_COLOR, document.color(0xFF), important);
+        document.cascadeOnly(font);
+        EXPECT_EQ(declarationsIn(document.listOf(font)),
+            written(important ? "color color ff!" : "color color ff0000"));
+        HtmlTreeNode& bold = document.add(ELEMENT_B);
+        document.declare(bold, PROPERTY_COLOR, document.color(0xFF), important);
+        document.cascadeOnly(bold);
+        EXPECT_EQ(declarationsIn(document.listOf(bold)),
+            written("color color ff0000!; font-weight bold"));
+    }
+}
+
+TEST(Cascade, RulesStandAboveTheBuiltIn)
+{
+    SheetDocument document("p { margin-top: 3px } h1 { font-weight: normal; font-size: 10px }");
+    EXPECT_EQ(declarationsIn(document.listOf(document.cascaded(ELEMENT_P, "", ""))),
+        written("margin-top 3px; margin-bottom 16px^"));
+    EXPECT_EQ(declarationsIn(document.listOf(document.cascaded(ELEMENT_H1, "", ""))),
+        written("font-weight normal; font-size 10px; margin-top 0.67em; margin-bottom 0.67em"));
+}
+
+TEST(Cascade, EmptyOrOtherStyleAttributesDeclareNothing)
+{
+    SheetDocument document("p { color: red }");
+    HtmlTreeNode& empty = document.add(ELEMENT_DIV);
+    document.setText(empty, ATTRIBUTE_STYLE, u"");
+    EXPECT_EQ(cascade(document.sheet, empty, document.tree.root()), nullptr);
+    HtmlTreeNode& bad = document.cascaded(ELEMENT_P, "", "nosuchproperty: 1; ; color: blue");
+    EXPECT_EQ(declarationsIn(document.listOf(bad))[PROPERTY_COLOR], "color ff");
+    HtmlTreeNode& number = document.add(ELEMENT_DIV);
+    document.tag(number).setAttribute(ATTRIBUTE_STYLE, document.values.numberValue(1));
+    EXPECT_EQ(cascade(document.sheet, number, document.tree.root()), nullptr);
+    // Another attribute is no style.
+    HtmlTreeNode& other = document.add(ELEMENT_DIV);
+    document.setText(other, ATTRIBUTE_CLASS, u"color: red");
+    EXPECT_EQ(cascade(document.sheet, other, document.tree.root()), nullptr);
+}
+
+TEST(Cascade, AStyleAttributeIsCutToBytesAndEndsAtAZero)
+{
+    SheetDocument document;
+    HtmlTreeNode& node = document.add(ELEMENT_DIV);
+    document.setText(node, ATTRIBUTE_STYLE, u"\u0163olor:red");
+    document.cascadeOnly(node);
+    EXPECT_EQ(declarationsIn(document.listOf(node)), written("color color ff"));
+    HtmlTreeNode& cut = document.add(ELEMENT_DIV);
+    document.setText(cut, ATTRIBUTE_STYLE, u"color:red;\u0100width:2px");
+    document.cascadeOnly(cut);
+    EXPECT_EQ(declarationsIn(document.listOf(cut)), written("color color ff"));
+}
+
+// A sheet that comes later reaches nothing that stands already.
+TEST(Cascade, RulesReachOnlyLaterElements)
+{
+    SheetDocument document;
+    HtmlTreeNode& before = document.cascaded(ELEMENT_P, "", "");
+    document.parse("p { color: red }");
+    HtmlTreeNode& behind = document.cascaded(ELEMENT_P, "", "");
+    document.parse("p { color: blue }");
+    HtmlTreeNode& last = document.cascaded(ELEMENT_P, "", "");
+    EXPECT_FALSE(document.listOf(before).contains(PROPERTY_COLOR));
+    EXPECT_EQ(declarationsIn(document.listOf(behind))[PROPERTY_COLOR], "color ff");
+    EXPECT_EQ(declarationsIn(document.listOf(last))[PROPERTY_COLOR], "color ff0000");
+}
+
+TEST(Cascade, DirectionFromAnySourceSwapsTheBuiltInMargin)
+{
+    SheetDocument document("ol { direction: rtl } .m { direction: rtl; margin-left: 5px }");
+    const Declarations swapped = written("direction rtl; margin-right 36px; text-align right");
+    EXPECT_EQ(declarationsIn(document.listOf(document.cascaded(ELEMENT_OL, "", ""))), swapped);
+    EXPECT_EQ(declarationsIn(document.listOf(document.cascaded(ELEMENT_UL, "", "direction: rtl"))),
+        swapped);
+    EXPECT_EQ(declarationsIn(document.listOf(document.cascaded(ELEMENT_UL, "m", ""))),
+        written("direction rtl; margin-left 5px; margin-right 36px; text-align right"));
+    EXPECT_EQ(declarationsIn(document.listOf(document.cascaded(ELEMENT_OL, "", "direction: ltr"))),
+        written("direction ltr; margin-left 36px; text-align left"));
+    EXPECT_EQ(declarationsIn(*document.sheet.builtInDeclarations(ELEMENT_OL)),
+        written("margin-left 36px"));
+}
+
+TEST(Cascade, DirectionAlignsTheSameElementOnly)
+{
+    SheetDocument document;
+    HtmlTreeNode& outer = document.cascaded(ELEMENT_DIV, "", "direction: rtl");
+    enterStyle(outer, document.context);
+    EXPECT_EQ(declarationsIn(document.listOf(outer)), written("direction rtl; text-align right"));
+    HtmlTreeNode& inner = document.add(ELEMENT_DIV, &outer);
+    EXPECT_EQ(cascade(document.sheet, inner, document.tree.root()), nullptr);
+}
+
+TEST(Cascade, InheritIsResolvedAtOnce)
+{
+    SheetDocument document("p { color: inherit } div { color: blue }");
+    HtmlTreeNode& outer = document.cascaded(ELEMENT_DIV, "", "");
+    HtmlTreeNode& before = document.cascaded(ELEMENT_P, "", "");
+    EXPECT_EQ(declarationsIn(document.listOf(before))[PROPERTY_COLOR], "color 0");
+    enterStyle(outer, document.context);
+    HtmlTreeNode& inner = document.cascaded(ELEMENT_P, "", "", &outer);
+    EXPECT_EQ(declarationsIn(document.listOf(inner))[PROPERTY_COLOR], "color ff0000");
+    HtmlTreeNode& styled
+        = document.cascaded(ELEMENT_SPAN, "", "color: inherit; font-size: inherit", &outer);
+    EXPECT_EQ(declarationsIn(document.listOf(styled)), written("color color ff0000"));
+}
+
+TEST(Cascade, OneFontNameReachesTheList)
+{
+    SheetDocument document("p { font-family: Arial, Helvetica }");
+    HtmlTreeNode& node = document.cascaded(ELEMENT_P, "", "");
+    EXPECT_EQ(declarationsIn(document.listOf(node))[PROPERTY_FONT_FAMILY], "\"Arial\"");
+}
+
+TEST(Cascade, ElementsOfTheSameRulesShareOneList)
+{
+    SheetDocument document(
+        "p { color: red } .x { width: 2px } .e { width: 2em } .i { color: inherit } div, table, "
+        "body { color: red }");
+    const auto shared = [&](ZVHTMLElement element, const char* classes) {
+        const CssDeclarationList& first = document.listOf(document.cascaded(element, classes, ""));
+        return &first == &document.listOf(document.cascaded(element, classes, ""));
+    };
+    EXPECT_TRUE(shared(ELEMENT_P, ""));
+    EXPECT_TRUE(shared(ELEMENT_P, "x"));
+    EXPECT_TRUE(shared(ELEMENT_DIV, "x"));
+    EXPECT_NE(&document.listOf(document.cascaded(ELEMENT_P, "", "")),
+        &document.listOf(document.cascaded(ELEMENT_P, "x", "")));
+    EXPECT_NE(&document.listOf(document.cascaded(ELEMENT_P, "", "")),
+        &document.listOf(document.cascaded(ELEMENT_DIV, "", "")));
+    // What hangs on the place, what others add to, and what has declarations of its own.
+    EXPECT_FALSE(shared(ELEMENT_P, "e"));
+    EXPECT_FALSE(shared(ELEMENT_P, "i"));
+    EXPECT_FALSE(shared(ELEMENT_BODY, ""));
+    EXPECT_FALSE(shared(ELEMENT_TABLE, ""));
+    EXPECT_FALSE(shared(ELEMENT_H1, "x")); // its built-in margins are in em
+    const CssDeclarationList& plain = document.listOf(document.cascaded(ELEMENT_P, "", ""));
+    EXPECT_NE(&document.listOf(document.cascaded(ELEMENT_P, "", "width: 1px")), &plain);
+    HtmlTreeNode& own = document.add(ELEMENT_P);
+    document.declare(own, PROPERTY_WIDTH, document.length(1));
+    document.cascadeOnly(own);
+    EXPECT_NE(&document.listOf(own), &plain);
+    EXPECT_EQ(declarationsIn(plain)[PROPERTY_COLOR], "color ff");
+}
+
+/// Notes what it is told.
+class NotingObserver : public CascadeObserver {
+public:
+    void onCascade(const HtmlTreeNode& node, const CascadeSources& sources) override
+    {
+        told = std::to_string(elementOf(node)) + ' ' + countIn(sources.styleAttribute) + ' '
+            + std::to_string(sources.rules.getCount()) + ' ' + countIn(sources.presentational) + ' '
+            + countIn(sources.builtIn);
+    }
+
+    std::string told;
+
+private:
+    static std::string countIn(const CssDeclarationList* list)
+    {
+        return list == nullptr ? "-" : std::to_string(list->getCount());
+    }
+};
+
+TEST(Cascade, TellsItsObserver)
+{
+    SheetDocument document("p { color: red } .x { width: 1px } .x.y { width: 1px }");
+    NotingObserver observer;
+    document.internals.cascadeObserver = &observer;
+    document.cascaded(ELEMENT_DIV, "", "");
+    EXPECT_EQ(observer.told, std::to_string(ELEMENT_DIV) + " - 0 - -");
+    document.cascaded(ELEMENT_P, "x y", "width: 2px; color: red");
+    EXPECT_EQ(observer.told, std::to_string(ELEMENT_P) + " 2 3 - 2");
+    HtmlTreeNode& own = document.add(ELEMENT_B);
+    document.declare(own, PROPERTY_COLOR, document.color(1));
+    document.cascadeOnly(own);
+    EXPECT_EQ(observer.told, std::to_string(ELEMENT_B) + " - 0 1 1");
+}
+
+TEST(Cascade, EachAllocationMayFail)
+{
+    SheetDocument document("p { color: red; margin: 1px 2pt } .x { border: 1px solid red } "
+                           "h1 { width: 2em } ul { direction: rtl }");
+    for (const ZVHTMLElement element : {ELEMENT_P, ELEMENT_H1, ELEMENT_UL})
+        document.cascaded(element, "x", "width: 3px; font-family: Arial");
+    std::uint32_t failures = 0;
+    for (const ZVHTMLElement element : {ELEMENT_P, ELEMENT_H1, ELEMENT_UL}) {
+        for (const char* style : {"", "width: 3px; font-weight: bold; padding: 2px"}) {
+            HtmlTreeNode* node = nullptr;
+            const auto prepare = [&] {
+                node = &document.add(element);
+                document.setText(*node, ATTRIBUTE_CLASS, u"x");
+                if (*style != 0)
+                    document.setText(*node, ATTRIBUTE_STYLE, unitsOf(style));
+            };
+            for (std::uint32_t n = 1;; ++n) {
+                ASSERT_LT(n, 500U);
+                prepare();
+                zorvan::failNthAllocation(n);
+                bool hasFailed = false;
+                try {
+                    document.cascadeOnly(*node);
+                } catch (const std::bad_alloc&) {
+                    hasFailed = true;
+                }
+                const bool wasReached = zorvan::allocationsSeen() >= n;
+                zorvan::clearAllocationFailure();
+                if (!hasFailed && !wasReached)
+                    break;
+                ++failures;
+            }
+            EXPECT_TRUE(document.listOf(*node).contains(PROPERTY_BORDER_TOP_WIDTH));
+        }
+    }
+    EXPECT_GT(failures, 40U);
 }
 
 } // namespace

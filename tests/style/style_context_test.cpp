@@ -1,7 +1,7 @@
 #include "style/cascade.h"
 
 #include "tests/containers/allocation_failures.h"
-#include "tests/style/style_document.h"
+#include "tests/style/sheet_document.h"
 
 #include <gtest/gtest.h>
 
@@ -411,6 +411,73 @@ TEST_F(StyleContext, EachAllocationMayFail)
     EXPECT_EQ(document.context.buildFrames.getCount(), 2);
     EXPECT_EQ(document.frame().fontSize, 32U);
     EXPECT_EQ(document.fonts(), (std::vector<std::string>{"Times New Roman", "Arial"}));
+}
+
+/// Puts a length and a keyword into one chain by a rule, the length first.
+std::string ruleWithAMovingLength(std::vector<ZVCSSProperty>& order)
+{
+    // Both stand in one chain, and resolving a length moves it to the end.
+    const std::string text = "margin-left: 3pt; font-weight: bold";
+    SheetDocument probe;
+    CssDeclarationList list(&probe.values);
+    list.set(PROPERTY_MARGIN_LEFT, probe.length(1), false, false);
+    list.set(PROPERTY_FONT_WEIGHT, probe.keyword(VALUE_BOLD), false, false);
+    EXPECT_FALSE(list.isLastOfChain(PROPERTY_MARGIN_LEFT));
+    order = orderOf(list);
+    return text;
+}
+
+// Each further element that shares a list is entered as if it had the list anew.
+TEST(SharedStyle, EachElementIsEnteredInTheSameOrder)
+{
+    std::vector<ZVCSSProperty> order;
+    SheetDocument document("div { " + ruleWithAMovingLength(order) + " }");
+    std::vector<ZVCSSProperty> resolved;
+    for (int i = 0; i < 3; ++i) {
+        HtmlTreeNode& node = document.cascaded(ELEMENT_DIV, "", "");
+        EXPECT_EQ(declarationsIn(document.listOf(node)),
+            i == 0 ? written("margin-left 3?; font-weight bold")
+                   : written("margin-left 4px; font-weight bold"));
+        enterStyle(node, document.context);
+        EXPECT_EQ(
+            declarationsIn(document.listOf(node)), written("margin-left 4px; font-weight bold"));
+        EXPECT_EQ(orderOf(document.listOf(node)), (std::vector<ZVCSSProperty>{order[1], order[0]}));
+        EXPECT_EQ(orderOf(*document.tag(node).undoDeclarations), order);
+        EXPECT_EQ(document.frame().leftIndent, 4);
+        document.leave(node);
+    }
+}
+
+TEST(SharedStyle, WhatStaysAsItIsNeedsNoNotes)
+{
+    SheetDocument document("div { width: 3pt; color: red } p { width: 3em }");
+    HtmlTreeNode& node = document.cascaded(ELEMENT_DIV, "", "");
+    using Lengths = CssDeclarationList::Lengths;
+    EXPECT_EQ(document.listOf(node).lengths, Lengths::ResolveOnce);
+    enterStyle(node, document.context);
+    EXPECT_EQ(document.listOf(node).lengths, Lengths::Resolved);
+    HtmlTreeNode& relative = document.cascaded(ELEMENT_P, "", "");
+    EXPECT_EQ(document.listOf(relative).lengths, Lengths::Resolve);
+    enterStyle(relative, document.context);
+    EXPECT_EQ(document.listOf(relative).lengths, Lengths::Resolve);
+    EXPECT_EQ(document.listOf(relative).visits, nullptr);
+}
+
+TEST(SharedStyle, EachAllocationMayFail)
+{
+    std::vector<ZVCSSProperty> order;
+    SheetDocument document("div { " + ruleWithAMovingLength(order) + "; font-family: Arial }");
+    HtmlTreeNode* entered = nullptr;
+    const std::uint32_t failures = failEachAllocation(
+        [&] {
+            HtmlTreeNode& node = document.cascaded(ELEMENT_DIV, "", "");
+            enterStyle(node, document.context);
+            entered = &node;
+        },
+        [&] { EXPECT_TRUE(document.context.buildFrames.isEmpty()); });
+    EXPECT_GT(failures, 5U);
+    ASSERT_NE(entered, nullptr);
+    EXPECT_EQ(document.frame().leftIndent, 4);
 }
 
 } // namespace
