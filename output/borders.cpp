@@ -1,14 +1,11 @@
 #include "output/borders.h"
 
+#include "output/units.h"
 #include "style/css_declaration_list.h"
 #include "support/css_names.h"
 #include "tree/html_value.h"
 
 namespace {
-
-constexpr std::uint32_t kTwipsPerPixel = 15;
-constexpr std::uint32_t kWidthNotGiven = 15;
-constexpr std::uint32_t kColorBits = 0xFF'FFFF;
 
 struct SideProperties {
     ZVCSSProperty color;
@@ -29,7 +26,7 @@ constexpr SideProperties kRight{
 BorderSide readSide(
     const CssDeclarationList& declarations, const SideProperties& properties, bool& isGiven)
 {
-    BorderSide side{kWidthNotGiven, 0, BORDER_STYLE_NONE, {0, 0}};
+    BorderSide side = kNoBorder;
     if (declarations.contains(properties.color)) {
         isGiven = true;
         if (const auto* color = HtmlColorValue::from(declarations.findValue(properties.color)))
@@ -41,11 +38,8 @@ BorderSide readSide(
     }
     if (declarations.contains(properties.width)) {
         isGiven = true;
-        if (const auto* width = HtmlLengthValue::from(declarations.findValue(properties.width))) {
-            // What is too wide wraps.
-            const auto pixels = static_cast<std::uint32_t>(truncateToInt32(width->pixels()));
-            side.width = pixels * kTwipsPerPixel;
-        }
+        if (const auto* width = HtmlLengthValue::from(declarations.findValue(properties.width)))
+            side.width = twips(pixelsOf(*width));
     }
     return side;
 }
@@ -55,10 +49,11 @@ BorderSide readSide(
 BorderSides borderSidesOf(const CssDeclarationList& declarations)
 {
     BorderSides sides{};
-    sides.top = readSide(declarations, kTop, sides.isGiven);
-    sides.left = readSide(declarations, kLeft, sides.isGiven);
-    sides.bottom = readSide(declarations, kBottom, sides.isGiven);
-    sides.right = readSide(declarations, kRight, sides.isGiven);
+    sides.top = readSide(declarations, kTop, sides.hasTop);
+    sides.left = readSide(declarations, kLeft, sides.hasLeft);
+    sides.bottom = readSide(declarations, kBottom, sides.hasBottom);
+    sides.right = readSide(declarations, kRight, sides.hasRight);
+    sides.isGiven = sides.hasTop || sides.hasLeft || sides.hasBottom || sides.hasRight;
     return sides;
 }
 

@@ -8,6 +8,9 @@
 class CssDeclarationList;
 class HtmlValue;
 
+/// A side of which nothing was given: no line.
+constexpr BorderSide kNoBorder{15, 0, BORDER_STYLE_NONE, {0, 0}};
+
 /// The four sides of a border as declarations give them.
 struct BorderSides {
     BorderSide top;
@@ -15,6 +18,10 @@ struct BorderSides {
     BorderSide bottom;
     BorderSide right;
     bool isGiven; ///< anything was declared for any side
+    bool hasTop; ///< anything was declared for this one
+    bool hasLeft;
+    bool hasBottom;
+    bool hasRight;
 };
 
 /// Whether a property is one that borderSidesOf reads.

@@ -1,4 +1,6 @@
 #include "input/charset.h"
+#include "output/captions.h"
+#include "output/cells.h"
 #include "output/character_style.h"
 #include "output/element_dispatch.h"
 #include "output/host_calls.h"
@@ -9,13 +11,12 @@
 #include "output/node_values.h"
 #include "output/paragraphs.h"
 #include "output/properties.h"
+#include "output/rows.h"
 #include "output/style_delivery.h"
 #include "output/tables.h"
 #include "output/text.h"
 #include "output/tree_walk.h"
-#include "style/style_spares.h"
 
-#include <memory>
 #include <utility>
 
 namespace {
@@ -27,7 +28,6 @@ constexpr std::uint32_t kPreformattedTabs = 1'170;
 enum class Entry {
     Visit, ///< its children come next
     SkipChildren,
-    Postponed, ///< it has no frame and is entered again in the next slice
 };
 
 using EntryAction = Entry (*)(HtmlTreeNode&, HTML_SOINFO&, HtmlFilterContext&);
@@ -179,9 +179,20 @@ Entry enterStyleElement(HtmlTreeNode&, HTML_SOINFO&, HtmlFilterContext& context)
     return Entry::SkipChildren;
 }
 
-Entry enterTableRow(HtmlTreeNode& node, HTML_SOINFO& frame, HtmlFilterContext& context)
+/// A table has no row in what follows: its frame may have to wait, or be dropped.
+void enterTableElement(FramePointer frame, HtmlTreeNode& node, HtmlFilterContext& context)
 {
-    return enterTable(node, frame, context) ? Entry::Visit : Entry::Postponed;
+    switch (enterTable(node, *frame, context)) {
+    case TableEntry::Postponed:
+        context.walkResume = 1;
+        return;
+    case TableEntry::CaptionFirst:
+        beginCaption(std::move(frame), node, context);
+        return;
+    case TableEntry::Entered:
+        completeTable(std::move(frame), node, context);
+        return;
+    }
 }
 
 // Whatever has no row is only given its style.
@@ -235,7 +246,6 @@ constexpr auto kEntryRows = std::to_array<ElementRow<EntryAction>>({
     {ELEMENT_SELECT, applyThenSet<WALK_IN_SELECT>},
     {ELEMENT_SPAN, enterSpan},
     {ELEMENT_STYLE, enterStyleElement},
-    {ELEMENT_TABLE, enterTableRow},
     {ELEMENT_TD, visit<enterCell>},
     {ELEMENT_TH, visit<enterCell>},
     {ELEMENT_TITLE, visit<enterTitle>},
@@ -247,14 +257,6 @@ static_assert(ascendByElement(kEntryRows));
 
 constexpr auto kEntryActions = actionsByElement<EntryAction>(kEntryRows, apply);
 
-/// Whether leaving the element can have something to undo: only then its frame needs a list.
-bool hasUndo(const HtmlTreeNode& node)
-{
-    const std::uint32_t element = elementOf(node);
-    const CssDeclarationList* declarations = declarationsOf(node);
-    return element != ELEMENT_BODY && declarations != nullptr && !declarations->isEmpty();
-}
-
 } // namespace
 
 std::uint32_t enterElement(HtmlTreeNode& node, HtmlFilterContext& context)
@@ -263,23 +265,14 @@ std::uint32_t enterElement(HtmlTreeNode& node, HtmlFilterContext& context)
     if (element == ELEMENT_NONE)
         return 0;
     deliverIdBookmark(node, context);
-    FramePointer frame = makeFrame(context);
+    FramePointer frame = makeElementFrame(node, context);
     if (frame == nullptr)
         return 0;
-    if (hasUndo(node)) {
-        frame->undoList = takeUndoList(context).release();
-        if (frame->undoList == nullptr)
-            context.statusFlags |= STATUS_OUT_OF_MEMORY;
-    }
-    const Entry entry = kEntryActions[element](node, *frame, context);
-    if (entry == Entry::Postponed) {
-        context.walkResume = 1;
+    if (element == ELEMENT_TABLE) {
+        enterTableElement(std::move(frame), node, context);
         return 0;
     }
-    if (frame->undoList != nullptr && frame->undoList->isEmpty()) {
-        giveBackUndoList(
-            std::unique_ptr<CssDeclarationList>(std::exchange(frame->undoList, nullptr)), context);
-    }
+    const Entry entry = kEntryActions[element](node, *frame, context);
     pushFrame(std::move(frame), node, context);
     return entry == Entry::SkipChildren ? 1 : 0;
 }

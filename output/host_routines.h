@@ -100,6 +100,12 @@ enum {
     PROPERTY_KIND_DIRECTION = 172 /**< sub: 0 left to right, 1 right to left */
 };
 
+/** Indents, the sub codes of PROPERTY_KIND_INDENT. */
+enum { INDENT_LEFT = 0, INDENT_RIGHT = 1, INDENT_FIRST_LINE = 2 };
+
+/** Alignments, the sub codes of PROPERTY_KIND_ALIGNMENT and in the records of tables. */
+enum { ALIGNMENT_LEFT = 1, ALIGNMENT_RIGHT = 2, ALIGNMENT_CENTER = 3, ALIGNMENT_JUSTIFIED = 4 };
+
 /** Character attributes, the sub codes of PROPERTY_KIND_CHARACTER. */
 enum {
     CHARACTER_BOLD = 2,
@@ -261,14 +267,70 @@ typedef struct BookmarkRecord {
     uint32_t nameString; /**< string handle */
 } BookmarkRecord;
 
+/** Words of shading, in the records of paragraphs, tables and cells. */
+enum { FILL_SOLID = 13, FILL_TABLE = 15 };
+
+/** How a height of a row or cell is meant. */
+enum { HEIGHT_AUTOMATIC = 1, HEIGHT_EXACT = 2 };
+
+/** Flags of TableRecord::present. */
+enum {
+    TABLE_ALIGNMENT = 4,
+    TABLE_BACKGROUND = 8,
+    TABLE_BORDER_LEFT = 0x10,
+    TABLE_BORDER_RIGHT = 0x20,
+    TABLE_BORDER_TOP = 0x40,
+    TABLE_BORDER_BOTTOM = 0x80,
+    TABLE_CELL_SPACING = 0x4000,
+    TABLE_LEFT_INDENT = 0x8000,
+    TABLE_WIDTH = 0x10000
+};
+
+/** Bits of TableRecord::options. */
+enum {
+    TABLE_RIGHT_TO_LEFT = 1,
+    TABLE_PERCENT_WIDTH = 4, /**< width is a percentage */
+    TABLE_FIXED_OPTIONS = 0x60 /**< always set */
+};
+
+/** Flags of TableRowRecord::present. */
+enum { ROW_HEIGHT = 0x10, ROW_CELL_PADDING = 0x1E0, ROW_ALIGNMENT = 0x200 };
+
+/** Flags of TableCellRecord::present. */
+enum {
+    CELL_PADDING_LEFT = 4,
+    CELL_PADDING_RIGHT = 8,
+    CELL_PADDING_TOP = 0x10,
+    CELL_PADDING_BOTTOM = 0x20,
+    CELL_PADDING = 0x3C, /**< all four */
+    CELL_WIDTH = 0x40,
+    CELL_HEIGHT = 0x80,
+    CELL_MERGE = 0x100,
+    CELL_SHADING = 0x200,
+    CELL_ALIGNMENT = 0x400,
+    CELL_BORDER_LEFT = 0x1000,
+    CELL_BORDER_RIGHT = 0x2000,
+    CELL_BORDER_TOP = 0x4000,
+    CELL_BORDER_BOTTOM = 0x8000
+};
+
+/** Values of TableCellRecord::widthKind; 0 is a width in twips. */
+enum { CELL_WIDTH_PERCENT = 8, CELL_WIDTH_NONE = 0x10 };
+
+/** Bits of TableCellRecord::merge: the neighbors that the cell is one with. */
+enum { MERGE_LEFT = 1, MERGE_RIGHT = 2, MERGE_ABOVE = 4, MERGE_BELOW = 8 };
+
+/** The vertical part of TableCellRecord::alignment; the low 16 bits are an ALIGNMENT_. */
+enum { CELL_TOP = 0x10000, CELL_BOTTOM = 0x20000, CELL_MIDDLE = 0x30000 };
+
 /** Record of SODefineTable. */
 typedef struct TableRecord {
-    uint32_t present;
-    uint32_t options;
+    uint32_t present; /**< TABLE_ flags */
+    uint32_t options; /**< TABLE_ bits */
     uint32_t reserved8;
-    uint32_t alignment;
+    uint32_t alignment; /**< right, center or justified */
     uint32_t reserved16;
-    uint32_t fill; /**< 15 when backColor is valid */
+    uint32_t fill; /**< FILL_TABLE when backColor is valid */
     uint32_t reserved24;
     uint32_t backColor;
     uint32_t reserved32;
@@ -284,22 +346,22 @@ typedef struct TableRecord {
 
 /** Record of SODefineTableRow. */
 typedef struct TableRowRecord {
-    uint32_t present;
+    uint32_t present; /**< ROW_ flags */
     uint32_t reserved4;
     uint32_t word8; /**< 0xFFFFFFFF */
     uint32_t reserved12[2];
     uint32_t height;
-    uint32_t heightRule; /**< 2 exact, 1 automatic */
+    uint32_t heightRule; /**< a HEIGHT_ */
     uint32_t cellPadding[4]; /**< pixels */
-    uint32_t alignment; /**< 3 center, 2 right, 1 other */
-    uint32_t columnCount;
+    uint32_t alignment; /**< center, right, or left for any other */
+    uint32_t columnCount; /**< with those that reach into the row from above */
 } TableRowRecord;
 
 /** Record of SODefineTableCell. */
 typedef struct TableCellRecord {
     uint32_t size; /**< 224 */
-    uint32_t present;
-    uint32_t widthKind; /**< 8 percent, 0x10 no width */
+    uint32_t present; /**< CELL_ flags */
+    uint32_t widthKind; /**< a CELL_WIDTH_, or 0 */
     uint32_t reserved12[2];
     uint32_t paddingLeft;
     uint32_t paddingRight;
@@ -307,15 +369,15 @@ typedef struct TableCellRecord {
     uint32_t paddingBottom;
     uint32_t width; /**< twips, or percent */
     uint32_t height;
-    uint32_t heightRule; /**< 2 exact, 1 automatic */
+    uint32_t heightRule; /**< a HEIGHT_; 0 in a covered cell */
     uint32_t reserved48;
-    uint32_t merge; /**< 1 left, 2 right, 4 above, 8 below */
-    uint32_t fill; /**< 13 */
-    uint32_t word60; /**< 15 */
+    uint32_t merge; /**< MERGE_ bits */
+    uint32_t fill; /**< FILL_SOLID when color is valid */
+    uint32_t fillAgain; /**< FILL_TABLE when color is valid */
     uint32_t color;
     uint32_t colorAgain;
     uint32_t reserved72[5];
-    uint32_t alignment;
+    uint32_t alignment; /**< an ALIGNMENT_ and a vertical part */
     uint32_t reserved96;
     BorderSide left;
     BorderSide right;
@@ -442,19 +504,44 @@ static_assert(sizeof(RuleRecord) == 32);
 static_assert(sizeof(HyperlinkRecord) == 12);
 static_assert(sizeof(BookmarkRecord) == 8);
 static_assert(sizeof(TableRecord) == 184);
+static_assert(offsetof(TableRecord, present) == 0);
+static_assert(offsetof(TableRecord, options) == 4);
+static_assert(offsetof(TableRecord, alignment) == 12);
 static_assert(offsetof(TableRecord, fill) == 20);
 static_assert(offsetof(TableRecord, backColor) == 28);
 static_assert(offsetof(TableRecord, left) == 36);
+static_assert(offsetof(TableRecord, right) == 56);
+static_assert(offsetof(TableRecord, top) == 76);
 static_assert(offsetof(TableRecord, bottom) == 96);
 static_assert(offsetof(TableRecord, cellSpacing) == 172);
+static_assert(offsetof(TableRecord, leftIndent) == 176);
+static_assert(offsetof(TableRecord, width) == 180);
 static_assert(sizeof(TableRowRecord) == 52);
+static_assert(offsetof(TableRowRecord, present) == 0);
+static_assert(offsetof(TableRowRecord, word8) == 8);
 static_assert(offsetof(TableRowRecord, height) == 20);
+static_assert(offsetof(TableRowRecord, heightRule) == 24);
 static_assert(offsetof(TableRowRecord, cellPadding) == 28);
+static_assert(offsetof(TableRowRecord, alignment) == 44);
 static_assert(offsetof(TableRowRecord, columnCount) == 48);
 static_assert(sizeof(TableCellRecord) == 224);
+static_assert(offsetof(TableCellRecord, present) == 4);
+static_assert(offsetof(TableCellRecord, widthKind) == 8);
 static_assert(offsetof(TableCellRecord, paddingLeft) == 20);
+static_assert(offsetof(TableCellRecord, paddingRight) == 24);
+static_assert(offsetof(TableCellRecord, paddingTop) == 28);
+static_assert(offsetof(TableCellRecord, paddingBottom) == 32);
+static_assert(offsetof(TableCellRecord, width) == 36);
+static_assert(offsetof(TableCellRecord, height) == 40);
+static_assert(offsetof(TableCellRecord, heightRule) == 44);
 static_assert(offsetof(TableCellRecord, merge) == 52);
+static_assert(offsetof(TableCellRecord, fill) == 56);
+static_assert(offsetof(TableCellRecord, fillAgain) == 60);
+static_assert(offsetof(TableCellRecord, color) == 64);
+static_assert(offsetof(TableCellRecord, colorAgain) == 68);
 static_assert(offsetof(TableCellRecord, alignment) == 92);
 static_assert(offsetof(TableCellRecord, left) == 100);
+static_assert(offsetof(TableCellRecord, right) == 120);
+static_assert(offsetof(TableCellRecord, top) == 140);
 static_assert(offsetof(TableCellRecord, bottom) == 160);
 #endif

@@ -1,3 +1,5 @@
+#include "output/captions.h"
+#include "output/cells.h"
 #include "output/element_dispatch.h"
 #include "output/host_calls.h"
 #include "output/images.h"
@@ -6,6 +8,7 @@
 #include "output/node_values.h"
 #include "output/paragraphs.h"
 #include "output/properties.h"
+#include "output/rows.h"
 #include "output/style_delivery.h"
 #include "output/tables.h"
 #include "output/text.h"

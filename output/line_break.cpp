@@ -6,12 +6,11 @@
 #include "output/node_values.h"
 #include "output/style_delivery.h"
 #include "output/tree_walk.h"
+#include "output/units.h"
 
 namespace {
 
-constexpr std::uint32_t kTwipsPerPixel = 15;
 constexpr std::uint32_t kSpacingSub = 1;
-constexpr std::uint32_t kFirstLineIndent = 2;
 
 /// The innermost open element of a kind; null when the walk that is running has none.
 HtmlTreeNode* innermost(const zorvan::ArrayList<HtmlTreeNode*>& open)
@@ -23,12 +22,7 @@ std::int32_t bottomMarginPixels(const CssDeclarationList& declarations)
 {
     const HtmlLengthValue* margin
         = HtmlLengthValue::from(declarations.findValue(PROPERTY_MARGIN_BOTTOM));
-    return margin == nullptr ? 0 : truncateToInt32(margin->pixels());
-}
-
-std::uint32_t twips(std::int32_t pixels)
-{
-    return static_cast<std::uint32_t>(pixels) * kTwipsPerPixel; // wraps
+    return margin == nullptr ? 0 : pixelsOf(*margin);
 }
 
 /// Ends the paragraph without its spacing, which its last line gives instead.
@@ -47,7 +41,7 @@ void breakParagraph(HtmlFilterContext& context)
         return;
     const HTML_SOINFO* frame = newestFrame(context);
     const std::int32_t leftIndent = frame == nullptr ? 0 : frame->leftIndentPx;
-    SOSetProperty(PROPERTY_KIND_INDENT, kFirstLineIndent, 0, twips(leftIndent), context);
+    SOSetProperty(PROPERTY_KIND_INDENT, INDENT_FIRST_LINE, 0, twips(leftIndent), context);
 }
 
 } // namespace

@@ -1,8 +1,6 @@
 #include "output/paragraphs.h"
 
 #include "containers/array_list.h"
-#include "containers/failures.h"
-#include "containers/indexed_list.h"
 #include "output/borders.h"
 #include "output/host_calls.h"
 #include "output/node_values.h"
@@ -10,38 +8,23 @@
 #include "output/style_delivery.h"
 #include "output/text.h"
 #include "output/tree_walk.h"
+#include "output/units.h"
 #include "style/css_declaration.h"
 #include "style/lengths.h"
-#include "style/style_sheet.h"
-#include "support/process_heap.h"
 #include "support/wstring.h"
 #include "support/zv_string.h"
-#include "tree/tree_state.h"
-
-#include <memory>
 
 namespace {
 
-constexpr std::uint32_t kTwipsPerPixel = 15;
 constexpr std::uint32_t kLineUnits = 240;
 constexpr std::uint32_t kTabDistance = 540;
-constexpr std::uint32_t kColorBits = 0xFF'FFFF;
 constexpr std::uint32_t kWhite = 0xFF'FFFF;
-constexpr std::uint32_t kSolidFill = 13;
 
 constexpr std::uint32_t kSpacingSub = 1;
-constexpr std::uint32_t kLeftIndent = 0;
-constexpr std::uint32_t kRightIndent = 1;
-constexpr std::uint32_t kFirstLineIndent = 2;
 
 constexpr std::uint32_t kLineSpacingSingle = 1;
 constexpr std::uint32_t kLineSpacingFixed = 2;
 constexpr std::uint32_t kLineSpacingRelative = 4;
-
-constexpr std::uint32_t kAlignLeft = 1;
-constexpr std::uint32_t kAlignRight = 2;
-constexpr std::uint32_t kAlignOther = 3;
-constexpr std::uint32_t kAlignJustified = 4;
 
 constexpr std::uint16_t kFamilyOther = 1;
 constexpr std::uint16_t kFamilyCursive = 5;
@@ -53,11 +36,6 @@ constexpr ElementSet kIndentingElements{ELEMENT_BLOCKQUOTE, ELEMENT_DD, ELEMENT_
 
 constexpr ElementSet kBorderedElements{ELEMENT_DIV, ELEMENT_H1, ELEMENT_H2, ELEMENT_H3, ELEMENT_H4,
     ELEMENT_H5, ELEMENT_H6, ELEMENT_OL, ELEMENT_P, ELEMENT_UL};
-
-std::uint32_t twips(std::int32_t pixels)
-{
-    return static_cast<std::uint32_t>(pixels) * kTwipsPerPixel; // wraps
-}
 
 /// Adds without overflow: sums wrap.
 void addTo(std::int32_t& sum, std::int32_t addend)
@@ -91,8 +69,8 @@ std::uint32_t fontSizeOf(const CssDeclarationList& declarations, std::uint32_t p
 std::uint32_t frameAlignment(ZVCSSValue keyword)
 {
     if (keyword == VALUE_LEFT)
-        return kAlignLeft;
-    return keyword == VALUE_RIGHT ? kAlignRight : kAlignOther;
+        return ALIGNMENT_LEFT;
+    return keyword == VALUE_RIGHT ? ALIGNMENT_RIGHT : ALIGNMENT_CENTER;
 }
 
 // --- Declarations
@@ -116,8 +94,8 @@ void deliverLeftMargin(const HtmlValue* value, HTML_SOINFO& frame, HtmlFilterCon
     const std::int32_t pixels = wholePixels(*length, frame.fontSizePx);
     addTo(frame.leftIndentPx, pixels);
     addTo(frame.firstIndentPx, pixels);
-    setIndent(kLeftIndent, frame.leftIndentPx, context);
-    setIndent(kFirstLineIndent, frame.firstIndentPx, context);
+    setIndent(INDENT_LEFT, frame.leftIndentPx, context);
+    setIndent(INDENT_FIRST_LINE, frame.firstIndentPx, context);
 }
 
 void deliverRightMargin(const HtmlValue* value, HTML_SOINFO& frame, HtmlFilterContext& context)
@@ -126,7 +104,7 @@ void deliverRightMargin(const HtmlValue* value, HTML_SOINFO& frame, HtmlFilterCo
     if (length == nullptr)
         return;
     addTo(frame.rightIndentPx, wholePixels(*length, frame.fontSizePx));
-    setIndent(kRightIndent, frame.rightIndentPx, context);
+    setIndent(INDENT_RIGHT, frame.rightIndentPx, context);
 }
 
 void deliverTextIndent(const HtmlValue* value, HTML_SOINFO& frame, HtmlFilterContext& context)
@@ -135,7 +113,7 @@ void deliverTextIndent(const HtmlValue* value, HTML_SOINFO& frame, HtmlFilterCon
     if (length == nullptr)
         return;
     addTo(frame.firstIndentPx, wholePixels(*length, frame.fontSizePx));
-    setIndent(kFirstLineIndent, frame.firstIndentPx, context);
+    setIndent(INDENT_FIRST_LINE, frame.firstIndentPx, context);
 }
 
 void deliverAlignment(const HtmlValue* value, HtmlFilterContext& context)
@@ -143,8 +121,9 @@ void deliverAlignment(const HtmlValue* value, HtmlFilterContext& context)
     const auto* keyword = HtmlCssKeywordValue::from(value);
     if (keyword == nullptr)
         return;
-    const std::uint32_t alignment
-        = keyword->keyword == VALUE_JUSTIFY ? kAlignJustified : frameAlignment(keyword->keyword);
+    const std::uint32_t alignment = keyword->keyword == VALUE_JUSTIFY
+        ? std::uint32_t{ALIGNMENT_JUSTIFIED}
+        : frameAlignment(keyword->keyword);
     SOSetProperty(PROPERTY_KIND_ALIGNMENT, alignment, 0, 0, context);
 }
 
@@ -158,7 +137,7 @@ void deliverShading(const HtmlValue* value, HtmlFilterContext& context)
 {
     ParagraphShadingRecord record{};
     if (const auto* color = HtmlColorValue::from(value)) {
-        record.fill = kSolidFill;
+        record.fill = FILL_SOLID;
         record.color = color->color & kColorBits;
         SOSetParagraphShading(1, record, context);
         return;
@@ -344,13 +323,8 @@ const HtmlTreeNode* firstChildOf(const HtmlTreeNode* parent, ZVHTMLElement eleme
 CssDeclarationList& ensureDeclarations(HtmlTreeNode& node, HtmlFilterContext& context)
 {
     auto& tag = static_cast<HtmlTagNodeData&>(*node.data);
-    if (tag.declarations == nullptr) {
-        auto* list = zorvan::newObject<CssDeclarationList>(context.valueCache);
-        if (list == nullptr)
-            zorvan::throwOutOfStorage();
-        context.treeStates->get(context.currentTreeIndex)->styleContext->keepNodeDeclarations(list);
-        tag.declarations = list;
-    }
+    if (tag.declarations == nullptr)
+        tag.declarations = &makeNodeDeclarations(context);
     return *tag.declarations;
 }
 

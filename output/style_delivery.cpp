@@ -1,5 +1,7 @@
 #include "output/style_delivery.h"
 
+#include "containers/failures.h"
+#include "containers/indexed_list.h"
 #include "output/borders.h"
 #include "output/character_style.h"
 #include "output/node_values.h"
@@ -10,9 +12,12 @@
 #include "style/css_declaration_list.h"
 #include "style/lengths.h"
 #include "style/property_snapshot.h"
+#include "style/style_sheet.h"
 #include "style/style_spares.h"
 #include "support/css_names.h"
+#include "support/process_heap.h"
 #include "tree/element_sets.h"
+#include "tree/tree_state.h"
 
 namespace {
 
@@ -175,6 +180,15 @@ void deliverStyle(CssDeclarationList& declarations, std::uint32_t element, std::
     }
     if (hasBorder)
         deliverParagraphBorder(declarations, element, restoring != 1 ? 1 : 0, context);
+}
+
+CssDeclarationList& makeNodeDeclarations(HtmlFilterContext& context)
+{
+    auto* const list = zorvan::newObject<CssDeclarationList>(context.valueCache);
+    if (list == nullptr)
+        zorvan::throwOutOfStorage();
+    context.treeStates->get(context.currentTreeIndex)->styleContext->keepNodeDeclarations(list);
+    return *list;
 }
 
 double fontSizePixels(const HtmlValue& value, std::uint32_t parentPx)

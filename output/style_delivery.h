@@ -18,6 +18,10 @@ void applyStyle(CssDeclarationList* declarations, HTML_SOINFO& frame, std::uint3
 void deliverStyle(CssDeclarationList& declarations, std::uint32_t element, std::uint32_t restoring,
     HtmlFilterContext& context);
 
+/// A new, empty list for an element of the current tree, whose style sheet keeps it until close.
+/// Throws std::bad_alloc.
+CssDeclarationList& makeNodeDeclarations(HtmlFilterContext& context);
+
 /// Pixels of a font-size value against a parent's size, unrounded; -1 for a value that gives none.
 double fontSizePixels(const HtmlValue& value, std::uint32_t parentPx);
 

@@ -1,22 +1,24 @@
 #pragma once
 
 #include "filter/html_filter_context.h"
+#include "output/tree_walk.h"
 
-struct HTML_SOINFO;
+// Tables as a whole.
 
-// Tables: rows, cells, spans and captions.
+/// What becomes of a table that is met.
+enum class TableEntry {
+    Postponed, ///< it can't be entered now and is met again in the next slice
+    CaptionFirst, ///< its caption goes out before completeTable is called
+    Entered,
+};
 
-/// Answers false when the table can't be entered now: then it is entered again in the next slice.
-bool enterTable(HtmlTreeNode& node, HTML_SOINFO& frame, HtmlFilterContext& context);
+/// The first half of a table's entry.
+TableEntry enterTable(HtmlTreeNode& node, HTML_SOINFO& frame, HtmlFilterContext& context);
+
+/// The second half: describes the table to the host and opens its frame.
+void completeTable(FramePointer frame, HtmlTreeNode& node, HtmlFilterContext& context);
+
 void leaveTable(HtmlTreeNode& node, HtmlFilterContext& context);
+
 /// After the frame of a table is gone: ends the slice when it was the outermost one.
 void finishTable(HtmlFilterContext& context);
-
-void enterRow(HtmlTreeNode& node, HTML_SOINFO& frame, HtmlFilterContext& context);
-void leaveRow(HtmlTreeNode& node, HtmlFilterContext& context);
-void enterCell(HtmlTreeNode& node, HTML_SOINFO& frame, HtmlFilterContext& context);
-void leaveCell(HtmlTreeNode& node, HtmlFilterContext& context);
-
-/// Answers true when the caption's content has been delivered already.
-bool enterCaption(HtmlFilterContext& context);
-void leaveCaption(HtmlFilterContext& context);

@@ -1,9 +1,11 @@
 #include "output/tree_walk.h"
 
 #include "filter/filter_internals.h"
+#include "output/captions.h"
 #include "output/frame_spares.h"
 #include "output/host_calls.h"
 #include "output/node_values.h"
+#include "output/open_tables.h"
 #include "output/paragraphs.h"
 #include "output/text.h"
 #include "style/style_spares.h"
@@ -49,13 +51,6 @@ void noteOpened(std::uint32_t element, HtmlTreeNode* node, HtmlFilterInternals& 
     }
 }
 
-/// Makes room for what noteOpened keeps, so that it can't fail behind the push of a frame.
-void reserveNote(HtmlFilterInternals& internals)
-{
-    internals.openParagraphs.ensureCapacity(internals.openParagraphs.getCount() + 2);
-    internals.openListItems.ensureCapacity(internals.openListItems.getCount() + 2);
-}
-
 void noteClosed(std::uint32_t element, HtmlFilterInternals& internals)
 {
     switch (element) {
@@ -86,66 +81,52 @@ void clearCounts(HtmlFilterInternals& internals)
     internals.openListItems.clear();
 }
 
-/// A walk inside the walk, over the subtree of an element: its nodes don't see the paragraphs and
-/// items that are open outside.
-class InnerWalk {
-public:
-    InnerWalk(const HtmlTreeNode& root, HtmlFilterContext& context)
-        : internals_(*context.internals)
-        , isInner_(root.parent != nullptr)
-        , paragraphs_(internals_.openParagraphs.getCount())
-        , items_(internals_.openListItems.getCount())
-    {
-        if (!isInner_)
-            return;
-        reserveNote(internals_);
-        internals_.openParagraphs.add(nullptr);
-        internals_.openListItems.add(nullptr);
-    }
+/// Whether leaving the element can have something to undo: only then its frame needs a list. A
+/// table is given its side margins while it is entered.
+bool hasUndo(const HtmlTreeNode& node)
+{
+    const std::uint32_t element = elementOf(node);
+    if (element == ELEMENT_TABLE)
+        return true;
+    const CssDeclarationList* declarations = declarationsOf(node);
+    return element != ELEMENT_BODY && declarations != nullptr && !declarations->isEmpty();
+}
 
-    InnerWalk(const InnerWalk&) = delete;
-    InnerWalk& operator=(const InnerWalk&) = delete;
-
-    ~InnerWalk()
-    {
-        if (!isInner_)
-            return;
-        while (internals_.openParagraphs.getCount() > paragraphs_)
-            removeLast(internals_.openParagraphs);
-        while (internals_.openListItems.getCount() > items_)
-            removeLast(internals_.openListItems);
-    }
-
-private:
-    HtmlFilterInternals& internals_;
-    const bool isInner_;
-    const std::int32_t paragraphs_;
-    const std::int32_t items_;
-};
-
-/// One walk of a slice.
+/// One walk of a slice, with the walks over captions inside it.
 class TreeWalk {
 public:
-    TreeWalk(HtmlTreeNode* start, HtmlFilterContext& context)
+    TreeWalk(HtmlTreeNode* root, HtmlTreeNode* start, HtmlFilterContext& context)
         : node_(start)
         , context_(context)
+        , treeRoot_(root)
+        , root_(root)
     {
     }
 
-    HtmlTreeNode* run(const HtmlTreeNode* root)
+    TreeWalk(const TreeWalk&) = delete;
+    TreeWalk& operator=(const TreeWalk&) = delete;
+
+    /// A slice that ends well has no caption left.
+    ~TreeWalk() { abandonCaptions(context_); }
+
+    HtmlTreeNode* run()
     {
-        bool isFirst = true;
-        while ((isFirst || node_ != root) && !hasEnded_) {
-            isFirst = false;
-            if (step())
-                visit();
+        for (;;) {
+            if (!hasEnded_ && (isFirst_ || node_ != root_)) {
+                isFirst_ = false;
+                if (step())
+                    visit();
+            } else if (root_ != treeRoot_) {
+                endInnerWalk();
+            } else {
+                return node_;
+            }
             // A table is delivered in one go: inside it the host's wish to stop is not granted.
             if (context_.internals->openTables != 0)
                 context_.statusFlags &= static_cast<std::uint16_t>(~STATUS_HOST_STOP);
             if (context_.statusFlags != 0)
-                break;
+                return node_;
         }
-        return node_;
     }
 
 private:
@@ -180,6 +161,8 @@ private:
         const std::uint32_t element = elementOf(*node_);
         if (frame != nullptr && element != ELEMENT_NONE && frame->element == element)
             leaveElement(*node_, context_);
+        else if (element == ELEMENT_TABLE)
+            forgetTable(*node_, context_);
     }
 
     void visit()
@@ -192,10 +175,36 @@ private:
         skipsChildren_ = enterElement(*node_, context_) == 1;
         if (skipsChildren_)
             context_.walkClimbing = 1;
+        else if (elementOf(*node_) == ELEMENT_TABLE)
+            beginInnerWalk();
+    }
+
+    /// Goes on in the caption of the table that has just been met, when it has begun.
+    void beginInnerWalk()
+    {
+        HtmlTreeNode* const caption = captionInWalk(context_);
+        if (caption == nullptr || caption == root_)
+            return;
+        node_ = caption;
+        root_ = caption;
+        isFirst_ = true;
+    }
+
+    /// Goes on in the table whose caption is done.
+    void endInnerWalk()
+    {
+        node_ = endCaption(context_);
+        HtmlTreeNode* const caption = captionInWalk(context_);
+        root_ = caption != nullptr ? caption : treeRoot_;
+        skipsChildren_ = false;
+        hasEnded_ = false;
     }
 
     HtmlTreeNode* node_;
     HtmlFilterContext& context_;
+    HtmlTreeNode* const treeRoot_;
+    HtmlTreeNode* root_; // of the innermost walk
+    bool isFirst_ = true;
     bool skipsChildren_ = false;
     bool hasEnded_ = false;
 };
@@ -237,8 +246,23 @@ FramePointer makeFrame(HtmlFilterContext& context)
     return FramePointer(frame);
 }
 
+FramePointer makeElementFrame(const HtmlTreeNode& node, HtmlFilterContext& context)
+{
+    FramePointer frame = makeFrame(context);
+    if (frame == nullptr || !hasUndo(node))
+        return frame;
+    frame->undoList = takeUndoList(context).release();
+    if (frame->undoList == nullptr)
+        context.statusFlags |= STATUS_OUT_OF_MEMORY;
+    return frame;
+}
+
 void pushFrame(FramePointer frame, HtmlTreeNode& node, HtmlFilterContext& context)
 {
+    if (frame->undoList != nullptr && frame->undoList->isEmpty()) {
+        giveBackUndoList(
+            std::unique_ptr<CssDeclarationList>(std::exchange(frame->undoList, nullptr)), context);
+    }
     const HTML_SOINFO* newest = newestFrame(context);
     CssDeclarationList* declarations = declarationsOf(node);
     frame->backColor = newest != nullptr ? newest->backColor : kNoColor;
@@ -250,7 +274,7 @@ void pushFrame(FramePointer frame, HtmlTreeNode& node, HtmlFilterContext& contex
     }
     frame->element = elementOf(node);
     buildFrame(*frame, newest != nullptr ? *newest : *frame, declarations, context);
-    reserveNote(*context.internals);
+    reserveOpenNodes(context);
     if (FrameSpares* const spares = frameSparesOf(context))
         spares->push(frame.get(), context.deferredList);
     else
@@ -272,6 +296,13 @@ void popFrame(HtmlFilterContext& context)
         delete context.deferredList.pop();
 }
 
+void reserveOpenNodes(HtmlFilterContext& context)
+{
+    HtmlFilterInternals& internals = *context.internals;
+    internals.openParagraphs.ensureCapacity(internals.openParagraphs.getCount() + 2);
+    internals.openListItems.ensureCapacity(internals.openListItems.getCount() + 2);
+}
+
 void reindexOpenFrames(HtmlFilterContext& context)
 {
     HtmlFilterInternals& internals = *context.internals;
@@ -290,14 +321,14 @@ void reindexOpenFrames(HtmlFilterContext& context)
     }
     std::reverse(internals.openParagraphs.begin(), internals.openParagraphs.end());
     std::reverse(internals.openListItems.begin(), internals.openListItems.end());
+    reindexOpenTables(context);
 }
 
 HtmlTreeNode* walkTree(HtmlTreeNode* root, HtmlTreeNode* start, HtmlFilterContext& context)
 {
     if (context.statusFlags != 0)
         return start;
-    const InnerWalk inner(*root, context);
-    return TreeWalk(start != nullptr ? start : root, context).run(root);
+    return TreeWalk(root, start != nullptr ? start : root, context).run();
 }
 
 void emitParagraphBreak(HtmlFilterContext& context)
@@ -318,6 +349,8 @@ void clearDeferredList(HtmlFilterContext& context)
 {
     while (!context.deferredList.isEmpty())
         freeFrame(context.deferredList.pop());
-    if (context.internals != nullptr)
-        clearCounts(*context.internals);
+    if (context.internals == nullptr)
+        return;
+    forgetAllTables(context);
+    clearCounts(*context.internals);
 }

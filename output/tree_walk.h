@@ -6,6 +6,9 @@
 #include <cstdint>
 #include <memory>
 
+/// Where a row stands among its siblings.
+enum RowPlace : std::uint32_t { ROW_HAS_PREVIOUS = 1, ROW_HAS_NEXT = 2 };
+
 /// The frame of an open element during the walk, newest first on deferredList. It is saved with a
 /// position as bytes; undoList is owned by the frame.
 struct HTML_SOINFO {
@@ -25,7 +28,8 @@ struct HTML_SOINFO {
     std::int32_t leftIndentPx;
     std::int32_t rightIndentPx;
     std::uint32_t alignment; ///< 0 not set, 1 left, 2 right, 3 other
-    std::uint64_t reserved56;
+    std::uint32_t rowPlace; ///< tr: RowPlace bits
+    std::uint32_t reserved60;
     CssDeclarationList* undoList; ///< owned; null when empty
 };
 static_assert(sizeof(HTML_SOINFO) == 72);
@@ -53,15 +57,21 @@ HTML_SOINFO emptyFrame();
 /// STATUS_OUT_OF_MEMORY set, when there is no memory.
 FramePointer makeFrame(HtmlFilterContext& context);
 
-/// Completes the frame of an element that is being entered (its background, indents and owner) and
-/// puts it on deferredList.
+/// The same for an element, with an empty undo list when leaving it can have something to undo.
+FramePointer makeElementFrame(const HtmlTreeNode& node, HtmlFilterContext& context);
+
+/// Completes the frame of an element that is being entered (its background, indents and owner),
+/// drops an undo list that has stayed empty, and puts the frame on deferredList.
 void pushFrame(FramePointer frame, HtmlTreeNode& node, HtmlFilterContext& context);
 
 /// Takes the newest frame off deferredList and deletes it.
 void popFrame(HtmlFilterContext& context);
 
-/// Counts the open frames anew, after deferredList and walkNode were set by other means than a
-/// walk.
+/// Makes room for one more in openParagraphs and openListItems, so that adding it can't fail.
+void reserveOpenNodes(HtmlFilterContext& context);
+
+/// Makes anew what is known of the open elements, after deferredList and walkNode were set by other
+/// means than a walk.
 void reindexOpenFrames(HtmlFilterContext& context);
 
 /// Walks the tree from start (null: the root) and tells the host. Answers the node at which the

@@ -15,17 +15,18 @@ struct SideRow {
     ZVCSSProperty style;
     ZVCSSProperty width;
     BorderSide BorderSides::*side;
+    bool BorderSides::*has;
 };
 
 constexpr SideRow kSides[] = {
     {PROPERTY_BORDER_TOP_COLOR, PROPERTY_BORDER_TOP_STYLE, PROPERTY_BORDER_TOP_WIDTH,
-        &BorderSides::top},
+        &BorderSides::top, &BorderSides::hasTop},
     {PROPERTY_BORDER_LEFT_COLOR, PROPERTY_BORDER_LEFT_STYLE, PROPERTY_BORDER_LEFT_WIDTH,
-        &BorderSides::left},
+        &BorderSides::left, &BorderSides::hasLeft},
     {PROPERTY_BORDER_BOTTOM_COLOR, PROPERTY_BORDER_BOTTOM_STYLE, PROPERTY_BORDER_BOTTOM_WIDTH,
-        &BorderSides::bottom},
+        &BorderSides::bottom, &BorderSides::hasBottom},
     {PROPERTY_BORDER_RIGHT_COLOR, PROPERTY_BORDER_RIGHT_STYLE, PROPERTY_BORDER_RIGHT_WIDTH,
-        &BorderSides::right},
+        &BorderSides::right, &BorderSides::hasRight},
 };
 
 using Words = std::array<std::uint32_t, 5>;
@@ -85,6 +86,7 @@ TEST_F(Borders, EachDeclarationOfEachSide)
                 EXPECT_EQ(wordsOf(sides.*other.side),
                     other.side == row.side ? declared.expected : kNotGiven)
                     << declared.property;
+                EXPECT_EQ(sides.*other.has, other.side == row.side) << declared.property;
             }
         }
     }

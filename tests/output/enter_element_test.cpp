@@ -1,6 +1,7 @@
 #include "output/tree_walk.h"
 
 #include "tests/output/output_fixture.h"
+#include "tests/output/table_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -50,7 +51,7 @@ const std::vector<EntryRow> kEntryRows = {
     apart(ELEMENT_BLOCKQUOTE, {}),
     always(ELEMENT_BODY, {kApply}, 0x800),
     {ELEMENT_BR, {}, {kBreak, kSpaceBefore, kSpaceAfter}, {kBreak, kSpaceBefore, kSpaceAfter}},
-    always(ELEMENT_CAPTION, {}, 0x8000000),
+    always(ELEMENT_CAPTION, {}, 0x8000000, 1),
     block(ELEMENT_CENTER),
     always(ELEMENT_DEL, {kApply, "SOSetProperty 8 20 1 0"}),
     block(ELEMENT_DIV),
@@ -82,7 +83,12 @@ const std::vector<EntryRow> kEntryRows = {
     always(ELEMENT_Q, {kApply, "SOEmitText \"\\u201c\" 1 347078656"}),
     always(ELEMENT_SELECT, {kApply}, 0x100),
     always(ELEMENT_STYLE, {}, 0x400000, 1),
+    {ELEMENT_TABLE, {kTableBreak, kApply, kPlainTable}, {kBreak, kTableBreak, kApply, kPlainTable},
+        {kTableBreak, kApply, kPlainTable}},
+    always(ELEMENT_TD, {kApply, kPlainCell + " -> 200001"}, 0x8000),
+    always(ELEMENT_TH, {kApply, kPlainHeading + " -> 200001"}, 0x8000),
     always(ELEMENT_TITLE, {kApply, "SOBeginTagged 2684420100 1 {@0=6}"}, 0x4000000),
+    always(ELEMENT_TR, joined({{kApply}, kRowIndents})),
     apart(ELEMENT_XMP, {kWideTabs}),
 };
 

@@ -1,6 +1,7 @@
 #include "output/tree_walk.h"
 
 #include "tests/output/output_fixture.h"
+#include "tests/output/table_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -72,7 +73,11 @@ const std::vector<ExitRow> kExitRows = {
     always(ELEMENT_PRE, {"SOSetProperty 88 540 0 0", kUndo}),
     always(ELEMENT_Q, {"SOEmitText \"\\u201d\" 1 347078656", kUndo}),
     always(ELEMENT_STYLE, {}),
+    always(ELEMENT_TABLE, {kFinishTable, kUndo, kTableBreak}),
+    always(ELEMENT_TD, {"SOEmitBreak 20 200001", kUndo}),
+    always(ELEMENT_TH, {"SOEmitBreak 20 200001", kUndo}),
     always(ELEMENT_TITLE, {"SOEndTagged 2684420100 1", kUndo}),
+    always(ELEMENT_TR, joined({kRowIndents, {kUndo}})),
     always(ELEMENT_XMP, {"SOSetProperty 88 540 0 0", kUndo}),
 };
 

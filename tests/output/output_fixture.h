@@ -1,15 +1,18 @@
 #pragma once
 
 #include "containers/array_list.h"
+#include "containers/indexed_list.h"
 #include "output/tree_walk.h"
 #include "style/cascade.h"
 #include "style/css_declaration_list.h"
+#include "style/style_sheet.h"
 #include "support/html_strings.h"
 #include "tests/common/recording_host.h"
 #include "tests/common/test_context.h"
 #include "tree/html_node_data.h"
 #include "tree/html_tree.h"
 #include "tree/html_value.h"
+#include "tree/tree_state.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -30,6 +33,8 @@ public:
         : TestContext({})
         , host(context)
         , runningStyle(&values)
+        , sheet_(&values, &context)
+        , states_(kTreeStates)
     {
         makeTokenBuffer();
         fillDefaultStyle(runningStyle, values);
@@ -45,6 +50,9 @@ public:
         context.sectionCharSet = 0x9000;
         context.sectionCharSetId = CHARSET_ID_UTF16;
         context.currentTreeRoot = tree.root();
+        state_.styleContext = &sheet_;
+        states_.set(0, &state_);
+        context.treeStates = &states_;
         context.walkStopNode = tree.root();
     }
 
@@ -150,6 +158,13 @@ public:
         return context.walkNode == tree.root();
     }
 
+    /// Goes back to the beginning of the tree.
+    void rewind()
+    {
+        context.walkNode = nullptr;
+        context.walkClimbing = 0;
+    }
+
     /// Walks to the end, however often the host stops.
     Lines walkAll()
     {
@@ -163,6 +178,11 @@ public:
     HtmlTree tree;
 
 private:
+    static constexpr std::int32_t kTreeStates = 4;
+
+    StyleSheet sheet_;
+    TreeState state_;
+    zorvan::IndexedList<TreeState> states_;
     zorvan::ArrayList<zorvan::WString*> fontNames_;
     std::vector<std::unique_ptr<CssDeclarationList>> lists_;
 };
