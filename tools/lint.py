@@ -102,8 +102,11 @@ def check_quirks(texts, tests):
             names.add(f"{suite}.{name}")
     for path, text in texts.items():
         for mark in QUIRK.findall(text):
-            fixture = ROOT / "tests" / "traces" / f"{mark}.trace"
-            if mark not in names and not fixture.exists():
+            fixtures = (
+                ROOT / "tests" / "traces" / f"{mark}.trace",
+                ROOT / "tests" / "trees" / f"{mark}.tree",
+            )
+            if mark not in names and not any(fixture.exists() for fixture in fixtures):
                 yield f"{path}: QUIRK({mark}) names no test"
 
 

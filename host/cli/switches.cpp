@@ -49,7 +49,7 @@ namespace {
 
 } // namespace
 
-void addSwitches(CLI::App& app, Switches& switches)
+void addReadingSwitches(CLI::App& app, Switches& switches)
 {
     ConversionOptions& conversion = switches.conversion;
     const std::string group = kSwitchGroup;
@@ -83,6 +83,13 @@ void addSwitches(CLI::App& app, Switches& switches)
         "Sets an option of the document; may be repeated.\n"
         "Tables as plain paragraphs:\n  --doc-option 0x52B6A=1")
         ->group(group);
+}
+
+void addSwitches(CLI::App& app, Switches& switches)
+{
+    addReadingSwitches(app, switches);
+    ConversionOptions& conversion = switches.conversion;
+    const std::string group = kSwitchGroup;
     addNumber(
         app, "--stop", UINT32_MAX,
         [&conversion](std::uint32_t number) { conversion.stopEvery = number; },
@@ -110,9 +117,15 @@ void checkSwitches(const Switches& switches, const Module& module)
     if (!module.acceptsFileType(conversion.fileType))
         throw BadUse("--file-type: the module has no file type "
             + std::to_string(conversion.fileType) + "; 'htmlfilter info' lists them");
-    if (conversion.charSetId != 0 && !readsDocumentsBy(conversion.charSetId))
-        throw BadUse("--charset: no document is read by the character set "
-            + hexadecimal(conversion.charSetId) + "; 'htmlfilter info' lists them");
+    checkCharset(switches);
+}
+
+void checkCharset(const Switches& switches)
+{
+    const std::uint32_t id = switches.conversion.charSetId;
+    if (id != 0 && !readsDocumentsBy(id))
+        throw BadUse("--charset: no document is read by the character set " + hexadecimal(id)
+            + "; 'htmlfilter info' lists them");
 }
 
 } // namespace host::cli

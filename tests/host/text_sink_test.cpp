@@ -47,6 +47,17 @@ public:
             text(units);
         return endCell();
     }
+    Teller& mergedCell(std::uint32_t merge, std::u16string_view units = u"")
+    {
+        TableCellRecord record = {};
+        record.size = sizeof record;
+        record.present = CELL_MERGE;
+        record.merge = merge;
+        sink.defineTableCell(&record, 2);
+        if (!units.empty())
+            text(units);
+        return endCell();
+    }
     Teller& openCell()
     {
         sink.defineTableCell(nullptr, 2);
@@ -112,6 +123,39 @@ TEST(TextSink, RowsAreLinesOfCells)
     EXPECT_EQ(Teller().row().cell(u"a").endRow().row().cell(u"b").endRow().end(), "a\nb\n");
     EXPECT_EQ(Teller().text(u"x").row().cell(u"a").endRow().text(u"y").end(), "x\na\ny\n");
     EXPECT_EQ(Teller().row().cell(u"").endRow().row().cell(u"b").endRow().end(), "\nb\n");
+}
+
+TEST(TextSink, CoveredCellsAddNothing)
+{
+    for (std::uint32_t merge = 0; merge < 16; ++merge) {
+        const bool covered = (merge & (MERGE_LEFT | MERGE_ABOVE)) != 0;
+        Teller behind;
+        behind.row().cell(u"a").mergedCell(merge).cell(u"b").endRow();
+        EXPECT_EQ(behind.end(), covered ? "a\tb\n" : "a\t\tb\n") << merge;
+        Teller first;
+        first.row().mergedCell(merge).cell(u"a").mergedCell(merge).endRow();
+        EXPECT_EQ(first.end(), covered ? "a\n" : "\ta\t\n") << merge;
+    }
+    // Without the flag the word says nothing.
+    TableCellRecord record = {};
+    record.merge = MERGE_LEFT;
+    Teller unflagged;
+    unflagged.row().cell(u"a").sink.defineTableCell(&record, 2);
+    EXPECT_EQ(unflagged.endCell().endRow().end(), "a\t\n");
+}
+
+TEST(TextSink, SpanningCellsStandOnce)
+{
+    // Three columns: a over the first two and two rows, b behind it, c below b.
+    Teller teller;
+    teller.row().mergedCell(MERGE_RIGHT | MERGE_BELOW, u"a");
+    teller.mergedCell(MERGE_LEFT | MERGE_BELOW).cell(u"b").endRow();
+    teller.row().mergedCell(MERGE_RIGHT | MERGE_ABOVE);
+    teller.mergedCell(MERGE_LEFT | MERGE_ABOVE).cell(u"c").endRow();
+    EXPECT_EQ(teller.end(), "a\tb\nc\n");
+    Teller nested;
+    nested.row().openCell().row().mergedCell(MERGE_RIGHT, u"a").mergedCell(MERGE_LEFT).cell(u"b");
+    EXPECT_EQ(nested.endRow().endCell().endRow().end(), "a b\n");
 }
 
 TEST(TextSink, ParagraphsWithinACellAreJoinedByBlanks)

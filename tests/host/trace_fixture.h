@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/module.h"
+#include "tests/common/fixture_files.h"
 
 #include <cstdint>
 #include <string>
@@ -9,11 +10,8 @@
 namespace host_test {
 
 /// One case of tests/traces: an input and what the host is told of it.
-struct TraceFixture {
-    std::string name; ///< topic/case
-    std::string input; ///< path of the document
-    std::string expectation; ///< path of the .trace file
-};
+using TraceFixture = testing_support::Fixture;
+using testing_support::readFile;
 
 /// The expectation of a case. Header lines begin with "#"; of these `# args:` gives switches of the
 /// program, `# must:` the beginning of a line that has to occur, in the order of the file, `# only:
@@ -39,7 +37,6 @@ std::vector<TraceFixture> findFixtures(const std::string& folder, const std::str
 std::vector<std::string> fixtureFaults(const std::string& folder);
 
 TraceExpectation parseExpectation(const std::string& text);
-std::string readFile(const std::string& path);
 
 /// The trace of a document under the switches of its expectation. stopEvery: replaces what `--stop`
 /// says, unless it is kKeepStop. Throws std::runtime_error for switches that don't parse.

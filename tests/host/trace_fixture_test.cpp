@@ -11,11 +11,11 @@
 #include <fstream>
 #include <memory>
 
-namespace host_test {
+namespace testing_support {
 
-void PrintTo(const TraceFixture& fixture, std::ostream* out) { *out << fixture.name; }
+void PrintTo(const Fixture& fixture, std::ostream* out) { *out << fixture.name; }
 
-} // namespace host_test
+} // namespace testing_support
 
 namespace {
 

@@ -1,4 +1,5 @@
-// Pages in many character sets: what the program prints is the page's text as UTF-8.
+// Pages in many character sets, and one with spans: what the program prints is the page's text as
+// UTF-8.
 
 #include "tests/host/run_program.h"
 
@@ -34,7 +35,7 @@ std::string contentOf(const std::filesystem::path& path)
 
 } // namespace
 
-TEST(Pages, ComeOutInTheRightCharacters)
+TEST(Pages, ComeOutAsTheirText)
 {
     const std::vector<std::filesystem::path> all = pages();
     EXPECT_GE(all.size(), 24u);
