@@ -33,6 +33,14 @@ namespace {
     /// A tab is right in a line of text, and wrong where tabs part the cells.
     bool isLineBreakOrTab(char byte) { return isLineBreak(byte) || byte == '\t'; }
 
+    /// Whether a cell is part of the one to its left or above it. The cell that a span begins with
+    /// is merged to the right and below only.
+    bool isCovered(const TableCellRecord* cell)
+    {
+        return cell != nullptr && (cell->present & CELL_MERGE) != 0
+            && (cell->merge & (MERGE_LEFT | MERGE_ABOVE)) != 0;
+    }
+
 } // namespace
 
 const char* propertyName(std::uint32_t field)
@@ -146,11 +154,12 @@ void TextSink::defineTableRow(const TableRowRecord*, std::uint32_t)
 }
 
 // Only the cells of an outermost table are columns; those of a table within a cell are words of it.
-void TextSink::defineTableCell(const TableCellRecord*, std::uint32_t)
+// What a span covers comes as empty cells, which are none to a reader.
+void TextSink::defineTableCell(const TableCellRecord* record, std::uint32_t)
 {
     settle();
     gapOpen_ = false;
-    if (rowDepth_ != 1) {
+    if (rowDepth_ != 1 || isCovered(record)) {
         blankDue_ = rowDepth_ != 0;
         return;
     }

@@ -13,9 +13,11 @@ namespace host {
 /// Writes the text of a document as UTF-8.
 ///
 /// A paragraph is a line, an empty one an empty line; lines without text at the end are left out. A
-/// table row is a line too, its cells joined by tabs; the paragraphs within a cell, and the rows of
-/// a table within a cell, are joined by blanks. Line breaks in text, and tabs within a row, become
-/// blanks, so that lines and columns are what they seem. Document properties are no text.
+/// table row is a line too, its cells joined by tabs; a cell that spans several columns or rows
+/// stands once, where it begins, and nothing stands for what it covers. The paragraphs within a
+/// cell, and the rows of a table within a cell, are joined by blanks. Line breaks in text, and tabs
+/// within a row, become blanks, so that lines and columns are what they seem. Document properties
+/// are no text.
 class TextSink : public HostSink {
 public:
     enum class Properties {
