@@ -1,15 +1,20 @@
 // Measures the stages of a conversion in bytes per second over generated documents, and beside them
 // libxml2's HTML parser on the same bytes. --pages=DIR adds the pages of a folder, --memory prints
-// the peak memory of each kind and leaves.
+// the peak memory of each kind and leaves, --hard measures the shapes of documents that are hard to
+// build, each for at most --hard-seconds=N, and leaves, --sheet measures what a large style sheet
+// costs a page and leaves.
 
 #include "bench/conversion.h"
 #include "bench/documents.h"
+#include "bench/hard_rows.h"
 #include "bench/memory_use.h"
 #include "bench/reference_parser.h"
+#include "bench/styled_page.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -147,6 +152,9 @@ int printMemory()
 struct Switches {
     std::string pages;
     bool memory = false;
+    bool hard = false;
+    bool sheet = false;
+    std::uint32_t hardSeconds = 60;
 };
 
 Switches takeSwitches(int& argc, char** argv)
@@ -158,6 +166,13 @@ Switches takeSwitches(int& argc, char** argv)
             switches.pages = argv[i] + 8;
         else if (std::strcmp(argv[i], "--memory") == 0)
             switches.memory = true;
+        else if (std::strcmp(argv[i], "--hard") == 0)
+            switches.hard = true;
+        else if (std::strcmp(argv[i], "--sheet") == 0)
+            switches.sheet = true;
+        else if (std::strncmp(argv[i], "--hard-seconds=", 15) == 0)
+            switches.hardSeconds
+                = static_cast<std::uint32_t>(std::strtoul(argv[i] + 15, nullptr, 10));
         else
             argv[kept++] = argv[i];
     }
@@ -172,6 +187,10 @@ int main(int argc, char** argv)
     const Switches switches = takeSwitches(argc, argv);
     if (switches.memory)
         return printMemory();
+    if (switches.hard)
+        return bench::printHardRows(switches.hardSeconds);
+    if (switches.sheet)
+        return bench::printSheetCost();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

@@ -151,4 +151,11 @@ std::uint64_t convert(const Document& document, bool stopAtEveryBreak)
     return reads;
 }
 
+std::uint64_t convertCountingNodes(const Document& document)
+{
+    OpenDocument open(document);
+    while (open.read()) { }
+    return open.context().currentTreeRoot->tree->nodeCount;
+}
+
 } // namespace bench

@@ -19,4 +19,7 @@ std::uint64_t buildTree(const Document& document);
 /// back at each break. Answers the number of reads.
 std::uint64_t convert(const Document& document, bool stopAtEveryBreak);
 
+/// The same without pauses; answers the number of nodes of the tree.
+std::uint64_t convertCountingNodes(const Document& document);
+
 } // namespace bench
