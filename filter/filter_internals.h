@@ -7,11 +7,13 @@
 #include "support/process_heap.h"
 #include "support/wstring.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 
 class CascadeObserver;
 class FrameSpares;
+class HtmlWStringValue;
 class StyleSpares;
 struct TableWalk;
 
@@ -24,11 +26,18 @@ struct FontFork {
     std::int32_t sides[2]; ///< by the bit: the next fork, or the complement of a font's index
 };
 
+/// A value of font-family that has been looked up, and the font that it names.
+struct KnownFamily {
+    const HtmlWStringValue* family = nullptr; ///< borrowed from the value cache
+    std::int32_t font = 0;
+};
+
 /// The search tree as a whole.
 struct FontTree {
     zorvan::ArrayList<FontFork> forks;
     std::int32_t top = 0; ///< as FontFork::sides; counts for nothing while fontCount is 0
     std::int32_t fontCount = 0; ///< names of fontNames that are in the tree
+    std::array<KnownFamily, 64> known; ///< by where the value lies; a newer one takes the place
 };
 
 /// Gives a block of HeapAlloc back.

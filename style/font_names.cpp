@@ -118,11 +118,32 @@ std::int32_t lookUp(const FontName& name, HtmlFilterContext& context)
     return isSame ? font : kNoFont;
 }
 
+/// Where the answer for a value is kept. A rule gives one value to all elements that it means, and
+/// its name may be as long as the sheet.
+KnownFamily& knownFamily(const HtmlWStringValue& family, HtmlFilterContext& context)
+{
+    auto& known = context.internals->fontTree.known;
+    constexpr std::uintptr_t kAlignment = 16;
+    return known[reinterpret_cast<std::uintptr_t>(&family) / kAlignment % known.size()];
+}
+
 } // namespace
 
 std::int32_t findFont(const HtmlWStringValue& family, HtmlFilterContext& context)
 {
-    return findFont(family.text, family.length, context);
+    KnownFamily& known = knownFamily(family, context);
+    if (known.family == &family)
+        return known.font;
+    const std::int32_t font = findFont(family.text, family.length, context);
+    if (font != kNoFont)
+        known = {&family, font};
+    return font;
+}
+
+std::int32_t findOrAddFont(const HtmlWStringValue& family, HtmlFilterContext& context)
+{
+    const std::int32_t found = findFont(family, context);
+    return found != kNoFont ? found : findOrAddFont(family.text, family.length, context);
 }
 
 std::int32_t findFont(const char16_t* text, std::uint32_t length, HtmlFilterContext& context)

@@ -19,4 +19,5 @@ std::int32_t findFont(const HtmlWStringValue& family, HtmlFilterContext& context
 std::int32_t findFont(const char16_t* text, std::uint32_t length, HtmlFilterContext& context);
 
 /// As findFont, but a font that is missing is added.
+std::int32_t findOrAddFont(const HtmlWStringValue& family, HtmlFilterContext& context);
 std::int32_t findOrAddFont(const char16_t* text, std::uint32_t length, HtmlFilterContext& context);

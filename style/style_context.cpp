@@ -113,7 +113,7 @@ public:
             declarations_[count_++] = cursor.value();
         }
         if (list.lengths == CssDeclarationList::Lengths::ResolveOnce && !isResolved_)
-            visits_ = makeObject<Visits>();
+            visits_ = makeObject<Visits>(count_);
     }
 
     /// Resolves each length against a font size and calls visit(declaration). order: which of both
@@ -248,7 +248,7 @@ void noteFont(const HtmlValue* value, HtmlFilterContext& context)
     if (value == nullptr)
         return;
     if (const auto* family = HtmlWStringValue::from(value))
-        findOrAddFont(family->text, family->length, context);
+        findOrAddFont(*family, context);
     else
         findOrAddFont(
             kDefaultFont.data(), static_cast<std::uint32_t>(kDefaultFont.size()), context);

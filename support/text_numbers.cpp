@@ -91,10 +91,14 @@ bool lengthFromText(const char* text, std::int32_t length, float* number, ZVLine
 
 float roundToFloat(double number)
 {
-    if (std::abs(number) > std::numeric_limits<float>::max())
+    // Half a step beyond the greatest float the nearest one is infinite; a cast there would be
+    // undefined.
+    constexpr double kFirstInfinite = 0x1.ffffffp+127;
+    if (std::abs(number) >= kFirstInfinite)
         return std::copysign(
             std::numeric_limits<float>::infinity(), static_cast<float>(number < 0 ? -1 : 1));
-    return static_cast<float>(number);
+    const double greatest = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(number, -greatest, greatest));
 }
 
 } // namespace zorvan

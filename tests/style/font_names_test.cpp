@@ -118,4 +118,22 @@ TEST(FontNames, LongChainsOfBeginnings)
     }
 }
 
+// A look-up that compares the names each time takes minutes here.
+TEST(FontNames, AreComparedOnceForEachValue)
+{
+    StyleDocument document;
+    std::u16string text(1'000'000, u'a');
+    const auto& longName = *HtmlWStringValue::from(document.text(text.c_str()));
+    text.back() = u'b';
+    const auto& other = *HtmlWStringValue::from(document.text(text.c_str()));
+    EXPECT_EQ(findFont(longName, document.context), kNoFont);
+    for (int i = 0; i < 1'000'000; ++i) {
+        ASSERT_EQ(findOrAddFont(longName, document.context), 0);
+        ASSERT_EQ(findFont(longName, document.context), 0);
+    }
+    EXPECT_EQ(findOrAddFont(other, document.context), 1);
+    EXPECT_EQ(findFont(longName, document.context), 0);
+    EXPECT_EQ(document.context.fontNames->getCount(), 2);
+}
+
 } // namespace

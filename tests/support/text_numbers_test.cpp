@@ -101,4 +101,10 @@ TEST(TextNumbers, RoundsToFloat)
     EXPECT_EQ(zorvan::roundToFloat(1e39), std::numeric_limits<float>::infinity());
     EXPECT_EQ(zorvan::roundToFloat(-1e39), -std::numeric_limits<float>::infinity());
     EXPECT_EQ(zorvan::roundToFloat(-kInfinite), -std::numeric_limits<float>::infinity());
+    // The greatest float is also the nearest to what lies within half a step of it.
+    constexpr float kGreatest = std::numeric_limits<float>::max();
+    EXPECT_EQ(zorvan::roundToFloat(3.4028235e38), kGreatest);
+    EXPECT_EQ(zorvan::roundToFloat(-3.4028235e38), -kGreatest);
+    EXPECT_EQ(zorvan::roundToFloat(0x1.fffffefffffffp+127), kGreatest);
+    EXPECT_EQ(zorvan::roundToFloat(0x1.ffffffp+127), std::numeric_limits<float>::infinity());
 }
