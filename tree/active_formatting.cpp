@@ -41,9 +41,10 @@ void PushFormattingElement(ActiveFormattingList& list, HtmlTreeNode* node)
     }
     // QUIRK(ActiveFormatting.ElementsWithoutAttributesAllStay): a row of bare elements has no
     // limit, and neither has one whose attributes are texts, since each text is a value of its own.
-    if (const HtmlTreeNode* const third = list.findThirdAlike(*node); third != nullptr)
-        list.remove(*third);
+    const HtmlTreeNode* const third = list.findThirdAlike(*node);
     list.add(node);
+    if (third != nullptr)
+        list.remove(*third);
 }
 
 void ClearFormattingToMarker(ActiveFormattingList& list)

@@ -8,7 +8,6 @@
 #include "tree/open_elements.h"
 #include "tree/tree_construction.h"
 
-#include <cassert>
 
 namespace {
 
@@ -93,9 +92,12 @@ void PlaceLastNode(const Repair& repair, HtmlFilterContext& context)
     }
     HtmlTreeNode* table = nullptr;
     HtmlTreeNode* const parent = FindFosterParent(table, context);
-    // A table further in would be part of what moves. Cells shut out the elements before them.
-    assert(table == nullptr || repair.furthestBlock != table);
-    if (table != nullptr)
+    const OpenElements& stack = *context.openElements;
+    // A table further in would be part of what moves. Cells shut out the elements before them, so
+    // that this takes a failure in the middle of a table's start tag.
+    if (table != nullptr && stack.heightOf(*table) > stack.heightOf(*repair.commonAncestor))
+        tree.appendChild(repair.commonAncestor, repair.lastNode);
+    else if (table != nullptr)
         tree.insertSiblingBefore(table, repair.lastNode);
     else
         tree.appendChild(parent, repair.lastNode);

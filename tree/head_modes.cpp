@@ -99,17 +99,36 @@ int HandleInHeadStartTag(const Token* token, HtmlFilterContext& context)
     return EndHeadThenRetry(context);
 }
 
-/// What belongs into the head and comes behind it: the head is on the stack for that long.
+/// Has a closed head on the stack for as long as this lives.
+class ReopenedHead {
+public:
+    explicit ReopenedHead(HtmlFilterContext& context)
+        : context_(context)
+    {
+        context.openElements->push(context.headElement);
+        context.currentNode = context.headElement;
+    }
+
+    ReopenedHead(const ReopenedHead&) = delete;
+    ReopenedHead& operator=(const ReopenedHead&) = delete;
+
+    ~ReopenedHead()
+    {
+        OpenElements& stack = *context_.openElements;
+        stack.remove(context_.headElement);
+        context_.currentNode = stack.getCount() == 0 ? nullptr : stack.last();
+    }
+
+private:
+    HtmlFilterContext& context_;
+};
+
+/// What belongs into the head and comes behind it.
 int InsertIntoClosedHead(const Token* token, HtmlFilterContext& context)
 {
     FlagParseError(context);
-    HtmlTreeNode* const head = context.headElement;
-    context.openElements->push(head);
-    context.currentNode = head;
-    const int answer = HandleInHeadInsertion(token, context);
-    RemoveFromStack(head, context);
-    context.currentNode = CurrentStackNode(context);
-    return answer;
+    const ReopenedHead head(context);
+    return HandleInHeadInsertion(token, context);
 }
 
 int HandleAfterHeadStartTag(const Token* token, HtmlFilterContext& context)

@@ -210,7 +210,8 @@ private:
         for (int bits = 1; bits < kRankBits; ++bits) {
             mostInRange *= kGrowthOfRange;
             const Rank size = Rank{1} << bits;
-            const Rank from = entries_[number].rank & -size;
+            // Ranges begin at odd places, since 0 is the rank of what stands below the bottom.
+            const Rank from = ((entries_[number].rank - 1) & -size) + 1;
             for (; entries_[lowest].below != 0 && entries_[entries_[lowest].below].rank >= from;
                  ++inRange)
                 lowest = entries_[lowest].below;
@@ -230,11 +231,8 @@ private:
     /// Gives so many entries, from one on upwards, ranks at equal distances.
     void spread(Number number, std::int64_t count, Rank from, Rank distance)
     {
-        // 0 is the rank of what stands below the bottom.
-        Rank rank = std::max(from, Rank{1});
-        for (; count > 0; --count) {
+        for (Rank rank = from; count > 0; --count, rank += distance) {
             entries_[number].rank = rank;
-            rank = from + distance * ((rank - from) / distance + 1);
             number = entries_[number].above;
         }
     }

@@ -1,5 +1,7 @@
 #include "tree/adoption_agency.h"
 
+#include "support/bail_out.h"
+#include "support/exception.h"
 #include "support/html_strings.h"
 #include "support/process_heap.h"
 #include "tests/common/tree_context.h"
@@ -318,6 +320,38 @@ TEST(AdoptionAgency, NoFailedAllocationLosesAPartOfTheTree)
     }
     // The attributes and the undo list of two copies.
     EXPECT_GT(n, 4U);
+}
+
+// A table whose start tag has failed stands inside what moves in front of it later: the tree must
+// stay a tree.
+TEST(AdoptionAgency, TableThatHasFailedIsNoPlaceForItsOwnContainer)
+{
+    bool reached = true;
+    for (std::uint32_t n = 1; reached; ++n) {
+        TreeContext tree("<body><table id=k style='font-family:q;margin-left:3em'><font color=blue>"
+                         "<div><table><font color=red><font color=red><font color=red>"
+                         "<font color=red></font></font></font></font>x");
+        zorvan::failNthAllocation(n);
+        for (int slices = 0; slices < 2; ++slices) {
+            try {
+                tree.build();
+            } catch (const std::bad_alloc&) {
+            } catch (const zorvan::Exception&) {
+            } catch (const UTBailOut&) {
+            }
+            reached = zorvan::allocationsSeen() >= n;
+            zorvan::clearAllocationFailure();
+            tree.context.statusFlags = 0;
+        }
+        HtmlTreeNode* node = tree.tree.root();
+        std::uint32_t count = 0;
+        while ((node = nextInDocumentOrder(node, tree.tree.root())) != nullptr) {
+            ASSERT_LE(++count, tree.tree.nextId) << n;
+            std::uint32_t depth = 0;
+            for (const HtmlTreeNode* above = node; above != nullptr; above = above->parent)
+                ASSERT_LE(++depth, tree.tree.nextId) << n;
+        }
+    }
 }
 
 // --- Random documents against rules that are told in arrays and walks.

@@ -1,6 +1,9 @@
 #include "tree/insertion_modes.h"
 
 #include "containers/linked_list.h"
+#include "support/bail_out.h"
+#include "support/exception.h"
+#include "support/process_heap.h"
 #include "tests/common/tree_context.h"
 #include "tests/tree/mode_rules.h"
 
@@ -257,6 +260,29 @@ TEST(HeadModes, EndHeadBeforeTheHead)
     tree.build();
     EXPECT_EQ(tree.shortOutline(), "html[head body]");
     EXPECT_EQ(tree.context.parseError, 1U);
+}
+
+TEST(HeadModes, FailureBehindTheHeadTakesItOffTheStack)
+{
+    bool reached = true;
+    for (std::uint32_t n = 1; reached; ++n) {
+        TreeContext tree("<head></head><base href=1 id=k><link id=j><body>x");
+        zorvan::failNthAllocation(n);
+        for (int slices = 0; slices < 2; ++slices) {
+            try {
+                tree.build();
+            } catch (const std::bad_alloc&) {
+            } catch (const zorvan::Exception&) {
+            } catch (const UTBailOut&) {
+            }
+            reached = zorvan::allocationsSeen() >= n;
+            zorvan::clearAllocationFailure();
+            tree.context.statusFlags = 0;
+        }
+        if (tree.context.headElement != nullptr) {
+            EXPECT_FALSE(tree.stack().contains(*tree.context.headElement)) << n;
+        }
+    }
 }
 
 } // namespace

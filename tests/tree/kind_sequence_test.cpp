@@ -145,6 +145,25 @@ TEST(KindSequence, ManyInsertionsInOnePlace)
     expectEqual(sequence, model);
 }
 
+/// Room has to be made at the very bottom, too, where ranks begin.
+TEST(KindSequence, RanksRightAboveTheBottomStayApart)
+{
+    constexpr int kInsertions = 60'000;
+    Sequence sequence;
+    const Number bottom = sequence.push({0}, 0);
+    const Number top = sequence.push({1}, 0);
+    for (int i = 0; i < kInsertions; ++i) {
+        const Number inserted = sequence.insertAbove(bottom, {i}, 0);
+        ASSERT_LT(sequence.rankAt(bottom), sequence.rankAt(inserted)) << i;
+        ASSERT_LT(sequence.rankAt(inserted), sequence.rankAt(sequence.above(inserted))) << i;
+        ASSERT_EQ(sequence.topmost(0), top) << i;
+    }
+    while (sequence.getCount() > 0) {
+        ASSERT_EQ(sequence.topmost(0), sequence.last());
+        sequence.removeLast();
+    }
+}
+
 /// The same upwards: each new entry above the one before.
 TEST(KindSequence, ManyInsertionsUpwards)
 {

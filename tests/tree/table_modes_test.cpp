@@ -457,11 +457,11 @@ TEST(TableModes, TextThatIsCutOffByTheEndIsDropped)
 
 TEST(TableModes, LargeCharactersInATableAreReferences)
 {
-    expectTrees({
-        {"<table>&#65536;</table>", "html[head body[\"&#65536;\" table]]"},
-        {"<table>a&#128512;b</table>", "html[head body[\"a&#128512;b\" table]]"},
-        {"<table>&#1114110;</table>", "html[head body[\"&#1114110;\" table]]"},
-    });
+    // U+10000, U+10FFFE and, with its upper half lost, U+10FFFF.
+    TreeContext edges(
+        "<table>\xF0\x90\x80\x80\xF4\x8F\xBF\xBE\xF4\x8F\xBF\xBF</table>", CHARSET_UTF8);
+    edges.build();
+    EXPECT_EQ(edges.shortOutline(), "html[head body[\"&#65536;&#1114110;\\uffff\" table]]");
     TreeContext tree("<table>a\xF0\x9F\x98\x80<tr><td>\xF0\x9F\x98\x80", CHARSET_UTF8);
     tree.build();
     EXPECT_EQ(
