@@ -56,6 +56,20 @@ TEST(Close, AfterTheEnd)
     expectNothingLeft([](DocumentRun& run) { run.run(); });
 }
 
+TEST(Close, AfterABodyHasBeenDiscarded)
+{
+    const std::size_t heapBefore = zorvan::heapBlocksLive();
+    const std::size_t before = testing_support::liveAllocations();
+    {
+        DocumentRun run("<p title=t style='color:red'> <b class=c></b>"
+                        "<div id=k><frameset rows=1><frame src=x></frameset>");
+        run.run();
+        run.close();
+    }
+    EXPECT_EQ(zorvan::heapBlocksLive(), heapBefore);
+    EXPECT_LE(testing_support::liveAllocations(), before);
+}
+
 TEST(Close, AfterAHostStopInMidWalk)
 {
     expectNothingLeft([](DocumentRun& run) {
