@@ -6,6 +6,7 @@
 #include "tree/element_sets.h"
 #include "tree/html_tree.h"
 #include "tree/insertion_modes.h"
+#include "tree/open_elements.h"
 #include "tree/tree_construction.h"
 
 #include <algorithm>
@@ -18,13 +19,23 @@ constexpr std::uint32_t kRunCapacity = 1'024;
 /// What a mode does with characters, told for runs.
 enum class RunRule { OneByOne, Body, Misplaced, TableText, PendingText };
 
+/// Whether the next character of the body opens formatting elements again first. That can fail, and
+/// a host that reads on then must not miss more than the one character of a token.
+bool HasFormattingToReopen(const HtmlFilterContext& context)
+{
+    if (context.activeFormatting == nullptr)
+        return false;
+    const HtmlTreeNode* const last = context.activeFormatting->last();
+    return last != nullptr && !context.openElements->contains(*last);
+}
+
 RunRule RunRuleOf(const HtmlFilterContext& context)
 {
     switch (static_cast<InsertionMode>(context.insertionMode)) {
     case InsertionMode::InBody:
     case InsertionMode::InCaption:
     case InsertionMode::InCell:
-        return RunRule::Body;
+        return HasFormattingToReopen(context) ? RunRule::OneByOne : RunRule::Body;
 
     case InsertionMode::InTable:
     case InsertionMode::InTableBody:
@@ -32,7 +43,7 @@ RunRule RunRuleOf(const HtmlFilterContext& context)
         // The first character of table text changes the mode.
         if (context.currentNode == nullptr || IsFosterTarget(elementOf(*context.currentNode)))
             return RunRule::OneByOne;
-        return RunRule::Misplaced;
+        return HasFormattingToReopen(context) ? RunRule::OneByOne : RunRule::Misplaced;
 
     case InsertionMode::InTableText:
         return RunRule::TableText;
@@ -67,6 +78,17 @@ void CollectTableRun(const char16_t* run, std::uint32_t count, HtmlFilterContext
     context.pendingTableChars->append(run, static_cast<std::int32_t>(count));
     if (context.tableTextAllSpace != 0 && !IsAllSpace(run, count))
         context.tableTextAllSpace = 0;
+}
+
+/// The characters that the text they go to takes without new storage. A run is out of the stream
+/// before it is stored, so storage that may be refused is left to a token, which makes the text
+/// twice as long as it was.
+std::uint32_t RoomForRun(RunRule rule, const HtmlFilterContext& context)
+{
+    const zorvan::WString& text
+        = rule == RunRule::TableText ? *context.pendingTableChars : *context.pendingText;
+    const auto room = static_cast<std::uint32_t>(text.capacity() - text.length);
+    return std::min(room, kRunCapacity);
 }
 
 void InsertRun(RunRule rule, const char16_t* run, std::uint32_t count, HtmlFilterContext& context)
@@ -129,6 +151,6 @@ void AppendTextRuns(HtmlFilterContext& context)
     if (rule == RunRule::OneByOne)
         return;
     std::array<char16_t, kRunCapacity> run;
-    while (const std::uint32_t count = scanTextRun(run.data(), kRunCapacity, context))
+    while (const std::uint32_t count = scanTextRun(run.data(), RoomForRun(rule, context), context))
         InsertRun(rule, run.data(), count, context);
 }

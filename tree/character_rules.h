@@ -30,5 +30,6 @@ int CollectTableCharacter(const Token* token, HtmlFilterContext& context);
 void InsertFosteredRun(const char16_t* run, std::uint32_t count, HtmlFilterContext& context);
 
 /// Takes the plain characters that come next from the scanner, in the modes that may; what is left
-/// is a token's matter. Nothing happens in other modes and when a token is next.
+/// is a token's matter. Nothing happens in other modes and when a token is next, nor where a
+/// character has work to do that can fail: so nothing of a run is ever lost.
 void AppendTextRuns(HtmlFilterContext& context);

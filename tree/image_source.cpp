@@ -14,7 +14,8 @@
 namespace {
 
 constexpr CharacterSet kUnquotedEnds = "\n\r\t\b >";
-constexpr CharacterSet kDropped = "\n\r";
+constexpr CharacterSet kDroppedInQuotes = "\n\r";
+constexpr CharacterSet kStretchEnds = "&%";
 
 constexpr std::uint32_t kReferenceCapacity = 32;
 
@@ -47,46 +48,82 @@ struct SourceReading {
     HtmlSrcRange range = {0, 0};
 };
 
-/// Takes the next unit of the value, with the stream in front of it.
-void TakeUnit(SourceReading& source, HtmlFilterContext& context)
+/// Adds a unit that has been read from `start` up to where the stream is now.
+void AddUnit(SourceReading& source, std::int32_t character, std::uint32_t start,
+    const HtmlFilterContext& context)
 {
     if (source.isEmpty)
-        source.range.start = currentPosition(context);
+        source.range.start = start;
     source.isEmpty = false;
-    std::int32_t character = readChar(context);
-    if (character == '&') {
-        char16_t reference[kReferenceCapacity];
-        character = scanCharRef(reference, kReferenceCapacity, context);
-    }
+    // The range ends at the first byte of the last unit in UTF-16, and at the last one elsewhere.
+    const std::uint32_t unitSize = context.unicodeBomMode != 0 ? 2 : 1;
+    source.range.end = blockPosition(*context.stream) - unitSize;
     if (source.length < kAttributeValueCapacity - 1)
         source.text[source.length++] = static_cast<char16_t>(character);
 }
 
-/// Reads the value that is next, terminated.
+/// Takes what is next as one unit, whatever it is.
+void TakeUnit(SourceReading& source, HtmlFilterContext& context)
+{
+    const std::uint32_t start = currentPosition(context);
+    AddUnit(source, readChar(context), start, context);
+}
+
+/// Takes the reference whose "&" is next.
+void TakeReference(SourceReading& source, HtmlFilterContext& context)
+{
+    const std::uint32_t start = currentPosition(context);
+    readChar(context);
+    char16_t reference[kReferenceCapacity];
+    AddUnit(source, scanCharRef(reference, kReferenceCapacity, context), start, context);
+}
+
+/// Takes units up to a delimiter, which stays unread. Characters count, not bytes: any byte can be
+/// a part of one. What the end of the input cuts off is given back.
+void TakeStretch(SourceReading& source, const CharacterSet& delimiters, HtmlFilterContext& context)
+{
+    const SourceReading before = source;
+    for (;;) {
+        const std::uint32_t start = currentPosition(context);
+        const std::int32_t character = readChar(context);
+        if (context.statusFlags != 0) {
+            source = before;
+            return;
+        }
+        if (delimiters.contains(character)) {
+            unreadChars(1, context);
+            return;
+        }
+        AddUnit(source, character, start, context);
+    }
+}
+
+/// Reads the value that is next, terminated: the same text that the scanner reads for any other
+/// attribute.
 void ReadSource(SourceReading& source, HtmlFilterContext& context)
 {
     const std::uint16_t first = peekChar(1, context);
-    const bool isQuoted = first == '"' || first == '\'';
     CharacterSet ends = kUnquotedEnds;
-    if (isQuoted) {
+    CharacterSet dropped;
+    if (first == '"' || first == '\'') {
         readChar(context);
         ends = CharacterSet();
         ends.add(first);
+        dropped = kDroppedInQuotes;
     }
-    // The range ends at the first byte of the last unit in UTF-16, and at the last one elsewhere.
-    const std::uint32_t unitSize = context.unicodeBomMode != 0 ? 2 : 1;
+    const CharacterSet delimiters = ends | dropped | kStretchEnds;
     for (;;) {
         const std::uint16_t next = peekChar(1, context);
-        if (context.statusFlags != 0 || next == kPeekedEnd || ends.contains(next))
+        if (context.statusFlags != 0 || ends.contains(next))
             break;
-        if (isQuoted && kDropped.contains(next)) {
+        if (dropped.contains(next))
             readChar(context);
-            continue;
-        }
-        TakeUnit(source, context);
-        if (context.statusFlags != 0)
-            break;
-        source.range.end = blockPosition(*context.stream) - unitSize;
+        else if (next == '&')
+            TakeReference(source, context);
+        else if (next == '%')
+            TakeUnit(source, context);
+        else
+            TakeStretch(source, delimiters, context);
     }
     source.text[source.length] = 0;
 }

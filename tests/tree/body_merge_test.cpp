@@ -40,6 +40,39 @@ TEST(BodyMerge, SecondHtmlGivesWhatTheFirstLacks)
     }
 }
 
+TEST(BodyMerge, SecondHtmlInTablesAndSelects)
+{
+    struct Row {
+        const char* markup;
+        InsertionMode mode;
+        const char* open; ///< what is still open, and takes what comes next
+        const char* outline;
+    };
+    using enum InsertionMode;
+    const Row rows[] = {
+        {"<html id=a><table><colgroup><html id=b class=c>", InColumnGroup, "<col>",
+            "html[head body[table[colgroup[col]]]]"},
+        {"<html id=a><select><html id=b class=c>", InSelect, "<option>",
+            "html[head body[select[option]]]"},
+        {"<html id=a><select><option><html id=b class=c>", InSelect, "x",
+            "html[head body[select[option[\"x\"]]]]"},
+        {"<html id=a><table><td><select><html id=b class=c>", InSelectInTable, "<option>",
+            "html[head body[table[tbody[tr[td[select[option]]]]]]]"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.markup);
+        TreeContext tree(row.markup);
+        tree.build();
+        EXPECT_EQ(tree.outline().substr(0, tree.outline().find('\n')), "html class=\"c\" id=\"a\"");
+        EXPECT_EQ(tree.context.parseError, 1U);
+        EXPECT_EQ(tree.context.insertionMode, static_cast<std::uint32_t>(row.mode));
+        const std::string next = row.open;
+        tree.stream.bytes.insert(tree.stream.bytes.end(), next.begin(), next.end());
+        tree.build();
+        EXPECT_EQ(tree.shortOutline(), row.outline);
+    }
+}
+
 TEST(BodyMerge, SecondHtmlIsAParseError)
 {
     TreeContext tree("<html><head></head><body><p>");

@@ -135,19 +135,88 @@ TEST(BorderAttributes, FramesThatAreNone)
     EXPECT_EQ(appliedTo("<table frame=BOX>").substr(0, 13), "frame=enum:4 ");
 }
 
-TEST(BorderAttributes, SidesComeInTheirOrder)
+struct OrderRow {
+    const char* tag;
+    ZVCSSProperty first; ///< declared first, so that it stands in front in the chain of both
+    ZVCSSProperty second;
+};
+
+// Properties that share a chain of the list, in lists of 16 and of 32 buckets. An attribute's name
+// comes in front of another one here in the table of handlers only.
+const OrderRow kOrder[] = {
+    // align, then bgcolor.
+    {"<td bgcolor=red align=left>", PROPERTY_TEXT_ALIGN, PROPERTY_BACKGROUND_COLOR},
+    {"<th bgcolor=red align=left>", PROPERTY_TEXT_ALIGN, PROPERTY_BACKGROUND_COLOR},
+    {"<tr bgcolor=red align=left>", PROPERTY_TEXT_ALIGN, PROPERTY_BACKGROUND_COLOR},
+    {"<tbody bgcolor=red align=left>", PROPERTY_TEXT_ALIGN, PROPERTY_BACKGROUND_COLOR},
+    {"<tfoot bgcolor=red align=left>", PROPERTY_TEXT_ALIGN, PROPERTY_BACKGROUND_COLOR},
+    {"<td valign=top width=5 height=6 bordercolor=red bgcolor=red align=left nowrap=1>",
+        PROPERTY_TEXT_ALIGN, PROPERTY_BACKGROUND_COLOR},
+    {"<tr dir=rtl valign=top height=6 bordercolor=red bgcolor=red align=left>", PROPERTY_TEXT_ALIGN,
+        PROPERTY_BACKGROUND_COLOR},
+    // bordercolor, then width and height.
+    {"<td width=5 bordercolor=red>", PROPERTY_BORDER_LEFT_COLOR, PROPERTY_WIDTH},
+    {"<th width=5 bordercolor=red>", PROPERTY_BORDER_LEFT_COLOR, PROPERTY_WIDTH},
+    {"<table width=5 bordercolor=red>", PROPERTY_BORDER_LEFT_COLOR, PROPERTY_WIDTH},
+    {"<td height=6 bordercolor=red>", PROPERTY_BORDER_RIGHT_COLOR, PROPERTY_HEIGHT},
+    {"<th height=6 bordercolor=red>", PROPERTY_BORDER_RIGHT_COLOR, PROPERTY_HEIGHT},
+    {"<tr height=6 bordercolor=red>", PROPERTY_BORDER_RIGHT_COLOR, PROPERTY_HEIGHT},
+    {"<table height=6 bordercolor=red>", PROPERTY_BORDER_RIGHT_COLOR, PROPERTY_HEIGHT},
+    {"<td width=5 height=6 align=left valign=top bgcolor=red bordercolor=red>",
+        PROPERTY_BORDER_LEFT_COLOR, PROPERTY_WIDTH},
+    {"<td width=5 height=6 align=left valign=top bgcolor=red bordercolor=red>",
+        PROPERTY_BORDER_RIGHT_COLOR, PROPERTY_HEIGHT},
+    // The borders and frame of a table, then its width and height.
+    {"<table width=5 border=1>", PROPERTY_BORDER_LEFT_COLOR, PROPERTY_WIDTH},
+    {"<table height=6 border=1>", PROPERTY_BORDER_RIGHT_COLOR, PROPERTY_HEIGHT},
+    {"<table width=5 frame=lhs>", PROPERTY_BORDER_LEFT_COLOR, PROPERTY_WIDTH},
+    {"<table height=6 frame=rhs>", PROPERTY_BORDER_RIGHT_COLOR, PROPERTY_HEIGHT},
+    // What a frame declares once more has its place before them all the same.
+    {"<table width=5 bordercolor=red frame=lhs>", PROPERTY_BORDER_LEFT_COLOR, PROPERTY_WIDTH},
+    // The margins of a table, which every table has, then its borders.
+    {"<table border=1>", PROPERTY_MARGIN_LEFT, PROPERTY_BORDER_TOP_STYLE},
+    {"<table border=1>", PROPERTY_MARGIN_RIGHT, PROPERTY_BORDER_TOP_WIDTH},
+    {"<table frame=above>", PROPERTY_MARGIN_LEFT, PROPERTY_BORDER_TOP_STYLE},
+    {"<table frame=above>", PROPERTY_MARGIN_RIGHT, PROPERTY_BORDER_TOP_WIDTH},
+    // The border of an image, then its height, hspace, vspace and width.
+    {"<img width=5 border=1>", PROPERTY_BORDER_LEFT_COLOR, PROPERTY_WIDTH},
+    {"<img height=5 border=1>", PROPERTY_BORDER_RIGHT_COLOR, PROPERTY_HEIGHT},
+    {"<img hspace=5 border=1>", PROPERTY_BORDER_TOP_STYLE, PROPERTY_MARGIN_LEFT},
+    {"<img hspace=5 border=1>", PROPERTY_BORDER_TOP_WIDTH, PROPERTY_MARGIN_RIGHT},
+    {"<img vspace=5 border=1>", PROPERTY_BORDER_BOTTOM_STYLE, PROPERTY_MARGIN_TOP},
+};
+
+/// Those of the two properties that the list has, in the list's order.
+std::vector<ZVCSSProperty> orderOf(const CssDeclarationList& list, const OrderRow& row)
 {
-    // Within a chain of the list later declarations stand behind earlier ones: the color of the
-    // bottom shares one with the width of the left side.
-    testing_support::TagReading reading("<table border=1>x");
-    reading.apply();
-    std::vector<ZVCSSProperty> chain;
-    reading.list.forEach([&](ZVCSSProperty property, CssDeclaration*) {
-        if (property == PROPERTY_BORDER_BOTTOM_COLOR || property == PROPERTY_BORDER_LEFT_WIDTH)
-            chain.push_back(property);
+    std::vector<ZVCSSProperty> order;
+    list.forEach([&](ZVCSSProperty property, const CssDeclaration*) {
+        if (property == row.first || property == row.second)
+            order.push_back(property);
     });
-    EXPECT_EQ(chain,
-        (std::vector<ZVCSSProperty>{PROPERTY_BORDER_LEFT_WIDTH, PROPERTY_BORDER_BOTTOM_COLOR}));
+    return order;
+}
+
+TEST(BorderAttributes, DeclarationsComeInTheOrderOfTheHandlers)
+{
+    for (const OrderRow& row : kOrder) {
+        SCOPED_TRACE(row.tag);
+        testing_support::TagReading reading(std::string(row.tag) + "x");
+        reading.apply();
+        EXPECT_EQ(orderOf(reading.list, row), (std::vector<ZVCSSProperty>{row.first, row.second}));
+        // Declared the other way round they would stand the other way round.
+        HtmlValue* const value = reading.tree.values.numberValue(1);
+        CssDeclarationList reversed(&reading.tree.values);
+        reversed.set(row.second, value, /*important=*/false, /*edgeMargin=*/false);
+        reversed.set(row.first, value, /*important=*/false, /*edgeMargin=*/false);
+        for (const auto filler : {PROPERTY_ZOOM, PROPERTY_Z_INDEX, PROPERTY_WORD_SPACING,
+                 PROPERTY_CLEAR, PROPERTY_CLIP, PROPERTY_CURSOR, PROPERTY_DISPLAY}) {
+            if (reversed.getCapacity() < reading.list.getCapacity())
+                reversed.set(filler, value, /*important=*/false, /*edgeMargin=*/false);
+        }
+        ASSERT_EQ(reversed.getCapacity(), reading.list.getCapacity());
+        EXPECT_EQ(orderOf(reversed, row), (std::vector<ZVCSSProperty>{row.second, row.first}));
+    }
 }
 
 TEST(BorderAttributes, OtherElements)

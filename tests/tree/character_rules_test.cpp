@@ -2,12 +2,18 @@
 
 #include "input/charset.h"
 #include "scanner/markup_scanner.h"
+#include "support/exception.h"
+#include "support/process_heap.h"
+#include "support/wstring.h"
 #include "tests/common/tree_context.h"
+#include "tree/active_formatting.h"
 #include "tree/insertion_modes.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -145,9 +151,11 @@ void expectSameRoads(
     buildOneByOne(byTokens.context);
     EXPECT_EQ(byRuns.context.insertionMode, byTokens.context.insertionMode);
     EXPECT_EQ(byRuns.context.tableTextAllSpace, byTokens.context.tableTextAllSpace);
+    EXPECT_EQ(byRuns.context.pendingTextFoster, byTokens.context.pendingTextFoster);
     deliverTableText(byRuns.context);
     deliverTableText(byTokens.context);
     EXPECT_EQ(byRuns.shortOutline(), byTokens.shortOutline());
+    EXPECT_EQ(byRuns.context.pendingTextFoster, byTokens.context.pendingTextFoster);
     EXPECT_EQ(byRuns.context.framesetOk, byTokens.context.framesetOk);
     EXPECT_EQ(byRuns.context.parseError, byTokens.context.parseError);
     EXPECT_EQ(byRuns.context.rawTextAtLineStart, byTokens.context.rawTextAtLineStart);
@@ -155,7 +163,9 @@ void expectSameRoads(
 
 const std::string kTexts[] = {"a\x1B$B$\"$\"\x1B(Bb \x1B(Jc\x1B", "\x1B$)Ca \x0E!!0!\x0F b\x0E!",
     "a~{<:Ky~}b~~c ~\nd~", textOfAllBytes(), "  \n ", "a", std::string("\0b\0", 3),
-    "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80 \xC3\xA9", "\n <b", "x<!y"};
+    "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80 \xC3\xA9", "\n <b", "x<!y",
+    // In UTF-8 a character that becomes the unit 0, and one that is a token without flags.
+    "a\xF8\x84\x90\x80\x80 b", " \xF8\x84\x90\x80\x80 ", "a\xEF\xBF\xBF b", " \xEF\xBF\xBF \n"};
 
 void expectSameRoads(const RoadRow& row, std::uint16_t charSet)
 {
@@ -186,8 +196,115 @@ TEST(CharacterRules, BothRoadsGiveTheSameInEveryMode)
     for (const char* prologue :
         {"<p><b><i></p>", "<table>", "<table><thead>", "<p><b></p><table><tr>", "<table><div>",
             "<table><thead><div>", "<table><tr><div><p><b></p>", "<table><caption>", "<table><td>",
-            "<select>", "<table><td><select>"})
-        expectSameRoads({prologue, RAW_TEXT_NONE, 0}, CHARSET_UTF8);
+            "<select>", "<table><td><select>"}) {
+        for (const std::uint16_t charSet :
+            {CHARSET_UTF8, CHARSET_EUC_JP, CHARSET_GB2312, CHARSET_BIG5, CHARSET_KOREAN})
+            expectSameRoads({prologue, RAW_TEXT_NONE, 0}, charSet);
+    }
+}
+
+/// All units of the text nodes, the text that waits included.
+std::size_t countTextUnits(TreeContext& tree)
+{
+    std::size_t count = static_cast<std::size_t>(tree.context.pendingText->length);
+    for (HtmlTreeNode* node = tree.tree.root(); node != nullptr;
+         node = nextInDocumentOrder(node, tree.tree.root())) {
+        if (node->data != nullptr && node->data->elementId == ELEMENT_NONE)
+            count += std::u16string_view(static_cast<HtmlTextNodeData&>(*node->data).text).size();
+    }
+    return count;
+}
+
+/// Builds to the end, however often that fails. Answers how often it did.
+std::uint32_t buildInSlices(TreeContext& tree)
+{
+    std::uint32_t failures = 0;
+    while ((tree.context.statusFlags & STATUS_END_OF_INPUT) == 0) {
+        try {
+            InsertNode(tree.context);
+        } catch (const std::bad_alloc&) {
+            ++failures;
+        } catch (const zorvan::Exception&) {
+            ++failures;
+        }
+        tree.context.statusFlags &= STATUS_END_OF_INPUT;
+    }
+    tree.context.statusFlags = 0;
+    return failures;
+}
+
+TEST(CharacterRules, AFailureCostsOneCharacterAtMost)
+{
+    struct Row {
+        const char* prologue;
+        const char* behind;
+    };
+    // Each way in which text is stored, with and without formatting elements to open again. What is
+    // collected in a table goes with the second tag when the first one is lost.
+    const Row rows[] = {{"<body>", ""}, {"<p><b><i class=c></p>", ""},
+        {"<table><td><p><b></p>", ""}, {"<table><tr><div><p><b class=c></p>", ""},
+        {"<table>", "</table></table>"}, {"<select>", ""}};
+    constexpr std::size_t kUnits = 5'000;
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.prologue);
+        bool isReached = true;
+        std::uint32_t failures = 0;
+        for (std::uint32_t n = 1; isReached; ++n) {
+            TreeContext tree(row.prologue);
+            tree.build();
+            auto& bytes = tree.stream.bytes;
+            bytes.insert(bytes.end(), kUnits, 'x');
+            bytes.insert(bytes.end(), row.behind, row.behind + std::string_view(row.behind).size());
+            zorvan::failNthAllocation(n);
+            const std::uint32_t failuresHere = buildInSlices(tree);
+            isReached = zorvan::allocationsSeen() >= n;
+            zorvan::clearAllocationFailure();
+            EXPECT_GE(countTextUnits(tree), kUnits - failuresHere) << n;
+            failures += failuresHere;
+        }
+        // At the least the text that waits has grown in more than one step.
+        EXPECT_GE(failures, 3U);
+    }
+}
+
+TEST(CharacterRules, FormattingIsReopenedByAToken)
+{
+    for (const char* prologue : {"<p><b></p>", "<table><tr><div><p><b></p>"}) {
+        TreeContext tree(prologue);
+        tree.build();
+        tree.stream.bytes.insert(tree.stream.bytes.end(), {'<', 'q', '>', 'a', 'b'});
+        Token token = {};
+        Scan(token, tree.context.tokenBuffer, kTokenLimit, tree.context);
+        tree.context.pendingText->reserve(16);
+        AppendTextRuns(tree.context);
+        EXPECT_EQ(tree.context.pendingText->length, 0) << prologue;
+        ReconstructActiveFormatting(tree.context);
+        AppendTextRuns(tree.context);
+        EXPECT_EQ(tree.context.pendingText->length, 2) << prologue;
+        FlushPendingText(tree.context);
+    }
+}
+
+TEST(CharacterRules, RunsTakeNoMoreThanThereIsRoomFor)
+{
+    TreeContext tree("<div>");
+    tree.build();
+    const std::string text(200, 'x');
+    tree.stream.bytes.insert(tree.stream.bytes.end(), text.begin(), text.end());
+    Token token = {};
+    Scan(token, tree.context.tokenBuffer, kTokenLimit, tree.context);
+    zorvan::WString& pending = *tree.context.pendingText;
+    AppendTextRuns(tree.context);
+    EXPECT_EQ(pending.length, pending.capacity());
+    token.character = 'x';
+    AppendPendingChar(&token, tree.context);
+    const std::int32_t grown = pending.capacity();
+    ASSERT_LT(grown, 200);
+    EXPECT_LT(pending.length, grown);
+    AppendTextRuns(tree.context);
+    EXPECT_EQ(pending.length, grown);
+    EXPECT_EQ(pending.capacity(), grown);
+    pending.clear();
 }
 
 struct RunRow {
@@ -219,6 +336,8 @@ TEST(CharacterRules, RunsAreTakenInTheModesOfPlainTextOnly)
             Scan(token, tree.context.tokenBuffer, kTokenLimit, tree.context);
             EXPECT_EQ(token.flags, TOKEN_CHARACTER);
             tree.context.parseError = 0;
+            tree.context.pendingText->reserve(16);
+            tree.context.pendingTableChars->reserve(16);
             AppendTextRuns(tree.context);
             const bool isTaken
                 = std::find(row.modes.begin(), row.modes.end(), static_cast<InsertionMode>(mode))

@@ -1,6 +1,7 @@
 #include "tree/image_source.h"
 
 #include "input/char_reader.h"
+#include "input/charset.h"
 #include "support/process_heap.h"
 #include "tests/tree/tag_reading.h"
 
@@ -291,6 +292,100 @@ TEST(ImageSource, Utf16)
     }
 }
 
+/// The text of longdesc, which the scanner reads.
+std::u16string descriptionOf(const TagReading& reading)
+{
+    const auto* text = HtmlWStringValue::from(reading.payload->findAttribute(ATTRIBUTE_LONGDESC));
+    return text == nullptr ? u"" : text->text;
+}
+
+struct PairRow {
+    const char* name;
+    std::uint16_t charSet;
+    std::string value; ///< without quotes
+    std::u16string text;
+};
+
+// Pairs with the lead bytes of both quotes, "&", ">", "%", blank and the ends of lines, as far as
+// the set has them.
+const PairRow kPairs[] = {
+    {"ISO-2022-JP", CHARSET_ISO_2022_JP, "http:\x1B$B\"A&B>C'D%E F\nG\rH\x1B(B/",
+        u"http:\u001B$B\u2241\u2642\u3E43\u2744\u2545\u2046\u0A47\u0D48\u001B(B/"},
+    {"ISO-2022-JP, each behind a sign", CHARSET_ISO_2022_JP,
+        "http:%\x1B$B\"A\x1B(B&lt;\x1B$B&amp>B\x1B(J%/",
+        u"http:%\u001B$B\u2241\u001B(B<\u001B$B\u2661\u6D70\u3E42\u001B(J%/"},
+    {"HZ", CHARSET_HZ, "http:~{\"A&B>C'D%E F\nG\rH~}/",
+        u"http:~{\uA2C1\uA6C2\uBEC3\uA7C4\uA5C5\uA0C6\u8AC7\u8DC8~}/"},
+    {"HZ, each behind a sign", CHARSET_HZ, "http:%~{\"A~}&lt;~{&amp>B~}%/",
+        u"http:%~{\uA2C1~}<~{\uA6E1\uEDF0\uBEC2~}%/"},
+    {"HZ, a line that goes on", CHARSET_HZ, "http:a~\nb~\n%~\n&amp;/", u"http:ab%&/"},
+    {"ISO-2022-KR", CHARSET_ISO_2022_KR, "http:\x1B$)C\x0E\"A&B>C'D%E F\nG\rH\x0F/",
+        u"http:\u001B$)C\u000E\u2241\u2642\u3E43\u2744\u2545\u2046\u0A47\u0D48\u000F/"},
+    // Overlong forms are read again from their last byte on, which is the character 0.
+    {"UTF-8, an overlong &", CHARSET_UTF8, "http:a\xC0\xA6lt;b", u"http:a"},
+    {"UTF-8, an overlong LF", CHARSET_UTF8,
+        "http:a\xC0\x8A"
+        "b",
+        u"http:a"},
+    {"Shift-JIS", CHARSET_SHIFT_JIS, "http:\x81>\x82\"\x83&/", u"http:\u813E\u8222\u8326/"},
+};
+
+TEST(ImageSource, DelimitersAreCharactersAndNotBytes)
+{
+    for (const PairRow& row : kPairs) {
+        for (const std::string quote : {"", "'", "\""}) {
+            for (const std::uint32_t bufferSize : {2'048U, 3U}) {
+                SCOPED_TRACE(row.name + std::string(" in ") + quote);
+                const std::string value = quote + row.value + quote;
+                const std::string front = "<img longdesc=" + value + " src=";
+                TagReading reading(front + value + " alt=b>x", row.charSet, bufferSize);
+                reading.apply();
+                EXPECT_EQ(readChar(reading.context), 'x');
+                EXPECT_EQ(descriptionOf(reading), row.text);
+                const auto source = sourceOf(reading);
+                ASSERT_TRUE(source);
+                EXPECT_EQ(source->text, row.text);
+                const std::size_t start = front.size() + quote.size();
+                EXPECT_EQ(source->start, start);
+                EXPECT_EQ(source->end, start + row.value.size() - 1);
+            }
+        }
+    }
+}
+
+/// Little-endian UTF-16.
+std::string bytesOf(std::u16string_view text)
+{
+    std::string bytes;
+    for (const char16_t unit : text) {
+        bytes += static_cast<char>(unit & 0xFF);
+        bytes += static_cast<char>(unit >> 8);
+    }
+    return bytes;
+}
+
+TEST(ImageSource, UnitsOfOnesAreNotTheEnd)
+{
+    for (const std::u16string quote : {u"", u"'", u"\""}) {
+        const std::u16string value = quote + u"http:\uFFFFa\uFFFF" + quote;
+        const std::u16string front = u"<img longdesc=" + value + u" src=";
+        TagReading reading(bytesOf(front + value + u">x"), CHARSET_UTF16, 2'048,
+            /*unicodeBomMode=*/254);
+        reading.apply();
+        EXPECT_EQ(readChar(reading.context), 'x');
+        EXPECT_EQ(descriptionOf(reading), u"http:\uFFFFa\uFFFF");
+        const auto source = sourceOf(reading);
+        ASSERT_TRUE(source);
+        EXPECT_EQ(source->text, u"http:\uFFFFa\uFFFF");
+        EXPECT_EQ(source->start, 2 * (front.size() + quote.size()));
+        EXPECT_EQ(source->end, source->start + 2 * 7);
+    }
+    // In UTF-8 too.
+    const auto source = sourceIn("<img src='http:\xEF\xBF\xBF&lt;\xEF\xBF\xBF'>", CHARSET_UTF8);
+    ASSERT_TRUE(source);
+    EXPECT_EQ(source->text, u"http:\uFFFF<\uFFFF");
+}
+
 TEST(ImageSource, NothingIsReadWithAStatus)
 {
     for (const StatusFlag status : {STATUS_OUT_OF_MEMORY, STATUS_END_OF_INPUT, STATUS_HOST_STOP}) {
@@ -336,6 +431,22 @@ TEST(ImageSource, CutOffByAnotherFraming)
     reading.apply();
     EXPECT_EQ(reading.context.statusFlags, 0U);
     EXPECT_EQ(currentPosition(reading.context), position);
+    EXPECT_FALSE(sourceOf(reading));
+}
+
+TEST(ImageSource, WhatIsCutOffIsGivenBack)
+{
+    // Framed in pairs from the escape on, the value has no end.
+    const std::string value = "='http:a%\x1B$Bab' alt=b>x";
+    TagReading source("<img src" + value);
+    TagReading description("<img longdesc" + value);
+    for (TagReading* reading : {&source, &description}) {
+        reading->context.currentCharSet = CHARSET_ISO_2022_JP;
+        reading->apply();
+        EXPECT_EQ(reading->context.statusFlags, 0U);
+    }
+    EXPECT_EQ(descriptionOf(description), u"http:a%");
+    EXPECT_EQ(sourceOf(source), (Source{u"http:a%", 10, 16}));
 }
 
 } // namespace
