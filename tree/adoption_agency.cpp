@@ -8,7 +8,6 @@
 #include "tree/open_elements.h"
 #include "tree/tree_construction.h"
 
-
 namespace {
 
 constexpr int kMostRounds = 8;
