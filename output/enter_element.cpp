@@ -6,6 +6,7 @@
 #include "output/host_calls.h"
 #include "output/images.h"
 #include "output/line_break.h"
+#include "output/link_texts.h"
 #include "output/links.h"
 #include "output/lists.h"
 #include "output/node_values.h"

@@ -172,6 +172,8 @@ enum {
 
 /** The handle of a string that is not there. */
 #define SO_NO_STRING 0xFFFFFFFFu
+/** The id of a reference that is not there. */
+#define SO_NO_REFERENCE 0xFFFFFFFFu
 
 /** The fourth word of SOEmitTextAt. */
 #define EMIT_TEXT_AT_WORD 0x1234u
@@ -254,10 +256,21 @@ typedef struct RuleRecord {
     uint32_t reserved12[5];
 } RuleRecord;
 
+/** Bits of HyperlinkRecord::flags. */
+enum {
+    LINK_TARGET_STRING = 1, /**< targetString is valid */
+    LINK_TARGET_FRAME = 2, /**< the target opens in a frame; one of the kinds below goes with it */
+    LINK_FRAME_SELF = 0x10000,
+    LINK_FRAME_TOP = 0x20000,
+    LINK_FRAME_BLANK = 0x30000,
+    LINK_FRAME_PARENT = 0x40000,
+    LINK_FRAME_MASK = 0xF0000
+};
+
 /** Record of TAG_HYPERLINK. */
 typedef struct HyperlinkRecord {
-    uint32_t flags; /**< 1 targetString valid, 2 target frame, bits 16 to 19 its kind */
-    uint32_t referenceId; /**< 0xFFFFFFFF none */
+    uint32_t flags; /**< LINK_ bits */
+    uint32_t referenceId; /**< SO_NO_REFERENCE none */
     uint32_t targetString; /**< handle of a bookmark name, SO_NO_STRING none */
 } HyperlinkRecord;
 

@@ -34,9 +34,3 @@ void enterInput(HtmlTreeNode& node, HTML_SOINFO& frame, HtmlFilterContext& conte
 {
     applyStyle(declarationsOf(node), frame, ELEMENT_INPUT, context);
 }
-
-// STAND-IN: the link that a frame becomes; only its style is delivered.
-void enterFrame(HtmlTreeNode& node, HTML_SOINFO& frame, HtmlFilterContext& context)
-{
-    applyStyle(declarationsOf(node), frame, ELEMENT_FRAME, context);
-}

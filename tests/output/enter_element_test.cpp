@@ -35,6 +35,18 @@ EntryRow always(ZVHTMLElement element, const Lines& lines, std::uint32_t walkSta
 /// A block that ends a paragraph with text.
 EntryRow block(ZVHTMLElement element) { return {element, {kApply}, {kBreak, kApply}, {kApply}}; }
 
+/// The link that stands for a frame, which is a paragraph of its own.
+EntryRow frameLink()
+{
+    const Lines before{kApply, "SOBeginTagged 2147680268 1 {@4=4294967295 @8=4294967295}",
+        "SOSetTextColor 0 0", "SOSetProperty 8 4 1 0"};
+    const Lines behind{
+        kBreak, "SOSetTextColor 0 0", "SOSetProperty 8 4 0 0", "SOEndTagged 2147680268 1"};
+    const Lines closed = joined({before, behind});
+    const Lines open = joined({before, {kBreak}, behind});
+    return {ELEMENT_FRAME, closed, open, open};
+}
+
 /// A block that is set off by an empty paragraph.
 EntryRow apart(ZVHTMLElement element, const Lines& behind)
 {
@@ -54,11 +66,14 @@ const std::vector<EntryRow> kEntryRows = {
     always(ELEMENT_CAPTION, {}, 0x8000000, 1),
     block(ELEMENT_CENTER),
     always(ELEMENT_DEL, {kApply, "SOSetProperty 8 20 1 0"}),
+    apart(ELEMENT_DIR, {}),
     block(ELEMENT_DIV),
+    {ELEMENT_DL, {kApply}, {kBreak, kApply}, {kBreak, kApply}},
     block(ELEMENT_DT),
     block(ELEMENT_FOOTER),
     {ELEMENT_FORM, {kApply, kFormNotice}, {kBreak, kApply, kFormNotice},
         {kBreak, kApply, kFormNotice}},
+    frameLink(),
     block(ELEMENT_H1),
     block(ELEMENT_H2),
     block(ELEMENT_H3),
@@ -75,8 +90,10 @@ const std::vector<EntryRow> kEntryRows = {
     always(ELEMENT_LINK, {}),
     apart(ELEMENT_LISTING, {kWideTabs}),
     always(ELEMENT_MAP, {kApply}, 0x100000),
+    apart(ELEMENT_MENU, {}),
     always(ELEMENT_META, {}),
     always(ELEMENT_NOFRAMES, {kApply, "SOBeginTagged 2685009920 1 null"}),
+    apart(ELEMENT_OL, {}),
     block(ELEMENT_P),
     apart(ELEMENT_PLAINTEXT, {kWideTabs}),
     apart(ELEMENT_PRE, {kWideTabs}),
@@ -89,6 +106,7 @@ const std::vector<EntryRow> kEntryRows = {
     always(ELEMENT_TH, {kApply, kPlainHeading + " -> 200001"}, 0x8000),
     always(ELEMENT_TITLE, {kApply, "SOBeginTagged 2684420100 1 {@0=6}"}, 0x4000000),
     always(ELEMENT_TR, joined({{kApply}, kRowIndents})),
+    apart(ELEMENT_UL, {}),
     apart(ELEMENT_XMP, {kWideTabs}),
 };
 

@@ -9,7 +9,7 @@ using namespace testing_support;
 
 TEST(Images, WhatIsPlacedKeepsItsStyle)
 {
-    for (const ZVHTMLElement id : {ELEMENT_IMG, ELEMENT_INPUT, ELEMENT_FRAME}) {
+    for (const ZVHTMLElement id : {ELEMENT_IMG, ELEMENT_INPUT}) {
         OutputContext document;
         HtmlTreeNode* node = document.element(document.tree.root(), id);
         document.declare(node, PROPERTY_FONT_WEIGHT, document.keyword(VALUE_BOLD));

@@ -32,6 +32,18 @@ ExitRow control(ZVHTMLElement element)
     return {element, {kUndo}, {kBreak, kUndo}, {kBreak, kUndo}};
 }
 
+/// An outermost list, which a blank line follows.
+ExitRow list(ZVHTMLElement element)
+{
+    return {element, {kUndo, kBreak}, {kBreak, kUndo, kBreak}, {kUndo, kBreak}};
+}
+
+/// A list that a blank line follows when there was text.
+ExitRow menuList(ZVHTMLElement element)
+{
+    return {element, {kUndo}, {kBreak, kUndo, kBreak}, {kBreak, kUndo}};
+}
+
 /// Ends an open paragraph and the space around it.
 ExitRow spaced(ZVHTMLElement element)
 {
@@ -49,7 +61,9 @@ const std::vector<ExitRow> kExitRows = {
     block(ELEMENT_CENTER),
     block(ELEMENT_DD),
     always(ELEMENT_DEL, {"SOSetProperty 8 20 0 0", kUndo}),
+    menuList(ELEMENT_DIR),
     block(ELEMENT_DIV),
+    list(ELEMENT_DL),
     block(ELEMENT_DT),
     block(ELEMENT_FOOTER),
     control(ELEMENT_FORM),
@@ -65,8 +79,10 @@ const std::vector<ExitRow> kExitRows = {
     always(ELEMENT_INS, {"SOSetProperty 8 19 0 0", kUndo}),
     always(ELEMENT_LINK, {}),
     always(ELEMENT_LISTING, {"SOSetProperty 88 540 0 0", kUndo}),
+    menuList(ELEMENT_MENU),
     always(ELEMENT_META, {}),
     always(ELEMENT_NOFRAMES, {"SOEndTagged 2685009920 1", kUndo}),
+    list(ELEMENT_OL),
     control(ELEMENT_OPTION),
     spaced(ELEMENT_P),
     always(ELEMENT_PLAINTEXT, {"SOSetProperty 88 540 0 0", kUndo}),
@@ -78,6 +94,7 @@ const std::vector<ExitRow> kExitRows = {
     always(ELEMENT_TH, {"SOEmitBreak 20 200001", kUndo}),
     always(ELEMENT_TITLE, {"SOEndTagged 2684420100 1", kUndo}),
     always(ELEMENT_TR, joined({kRowIndents, {kUndo}})),
+    list(ELEMENT_UL),
     always(ELEMENT_XMP, {"SOSetProperty 88 540 0 0", kUndo}),
 };
 

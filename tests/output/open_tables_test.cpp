@@ -1,10 +1,13 @@
 #include "output/open_tables.h"
 
 #include "output/captions.h"
+#include "support/process_heap.h"
 #include "tests/output/output_fixture.h"
 #include "tree/enum_from_string.h"
 
 #include <gtest/gtest.h>
+
+#include <new>
 
 using namespace testing_support;
 
@@ -103,6 +106,37 @@ TEST(OpenTables, ManyColumns)
     noteTable(*document.find(ELEMENT_TABLE), document.context);
     for (std::uint32_t i = 0; i < kColumns; ++i)
         ASSERT_EQ(columnNodeAt(i, document.context), cols[i]);
+}
+
+TEST(OpenTables, TableThatCantBeNotedLeavesNoColumns)
+{
+    constexpr int kColumns = 100;
+    std::uint32_t failures = 0;
+    for (std::uint32_t n = 1;; ++n) {
+        OutputContext document;
+        document.build(u"<table><colgroup><col></col></colgroup><table><colgroup></colgroup>"
+                       u"</table></table>");
+        HtmlTreeNode* const inner = document.find(ELEMENT_TABLE, 1);
+        for (int i = 0; i < kColumns; ++i)
+            document.element(inner->firstChild, ELEMENT_COL);
+        noteTable(*document.find(ELEMENT_TABLE), document.context);
+        bool failed = false;
+        zorvan::failNthAllocation(n);
+        try {
+            noteTable(*inner, document.context);
+        } catch (const std::bad_alloc&) {
+            failed = true;
+        }
+        zorvan::clearAllocationFailure();
+        const TableWalk& walk = tableWalkOf(document.context);
+        EXPECT_EQ(walk.tables.getCount(), failed ? 1 : 2) << n;
+        EXPECT_EQ(walk.columns.getCount(), failed ? 1 : 1 + kColumns) << n;
+        if (!failed)
+            break;
+        EXPECT_EQ(columnNodeAt(1, document.context), nullptr) << n;
+        ++failures;
+    }
+    EXPECT_GT(failures, 1U);
 }
 
 TEST(OpenTables, FactsOfATable)

@@ -19,6 +19,7 @@ struct CellOf {
 using RowOf = std::vector<CellOf>;
 
 constexpr CellOf kOne{0, 0};
+constexpr std::int32_t kZero = INT32_MIN; ///< an attribute with the number 0
 
 /// A table of cells; spans of 0 are attributes that are not there.
 void buildTable(OutputContext& document, const std::vector<RowOf>& rows)
@@ -28,11 +29,13 @@ void buildTable(OutputContext& document, const std::vector<RowOf>& rows)
         HtmlTreeNode* const row = document.element(document.find(ELEMENT_TBODY), ELEMENT_TR);
         for (const CellOf& cell : cells) {
             HtmlTreeNode* const node = document.element(row, ELEMENT_TD);
-            if (cell.columns != 0)
-                document.attribute(
-                    node, ATTRIBUTE_COLSPAN, document.values.numberValue(cell.columns));
-            if (cell.rows != 0)
-                document.attribute(node, ATTRIBUTE_ROWSPAN, document.values.numberValue(cell.rows));
+            const auto span = [&](ZVHTMLAttribute attribute, std::int32_t number) {
+                if (number != 0)
+                    document.attribute(
+                        node, attribute, document.values.numberValue(number == kZero ? 0 : number));
+            };
+            span(ATTRIBUTE_COLSPAN, cell.columns);
+            span(ATTRIBUTE_ROWSPAN, cell.rows);
         }
     }
 }
@@ -69,8 +72,10 @@ TEST(RowSpans, MergeWordsOfEveryCell)
         std::vector<std::uint32_t> columns;
     };
     const Case cases[] = {
-        {"spans of 1, 0 and below are none", {{{1, 1}, {1, 0}, {0, 1}, {-3, -3}}}, {{0, 0, 0, 0}},
+        {"spans of 1 and below are none", {{{1, 1}, {1, 0}, {0, 1}, {-3, -3}}}, {{0, 0, 0, 0}},
             {4}},
+        {"spans of 0 are none", {{{kZero, kZero}, {2, kZero}, {kZero, 2}, {0, kZero}}, {kOne}},
+            {{0, 2, 1, 8, 0}, {0, 99, 99, 4}}, {5, 2}},
         {"colspan 2", {{{2, 0}, kOne}}, {{2, 1, 0}}, {3}},
         {"colspan 4", {{{4, 1}}}, {{2, 3, 3, 1}}, {4}},
         {"two colspans", {{{2, 0}, {3, 0}}}, {{2, 1, 2, 3, 1}}, {5}},
@@ -194,6 +199,47 @@ TEST(RowSpans, CoveredCellsEndLikeOthers)
     EXPECT_EQ(callsOf("SOEmitBreak 20", lines),
         (Lines{"SOEmitBreak 20 200001", "SOEmitBreak 20 200002"}));
     EXPECT_EQ(document.context.lastChar, 0);
+}
+
+TEST(RowSpans, StopAtACoveredCellIsNoted)
+{
+    for (const std::uint32_t flatten : {0U, 1U}) {
+        OutputContext document;
+        document.context.flattenTables = flatten;
+        document.build(u"<tr><td></td></tr>");
+        HtmlTreeNode* const cell = document.find(ELEMENT_TD);
+        document.attribute(cell, ATTRIBUTE_COLSPAN, document.values.numberValue(2));
+        enterElement(*document.find(ELEMENT_TR), document.context);
+        HTML_SOINFO& frame = *newestFrame(document.context);
+        enterElement(*cell, document.context);
+        leaveElement(*cell, document.context);
+        EXPECT_EQ(document.context.statusFlags, 0) << flatten;
+        document.host.takeCalls();
+        document.host.stopEvery = 1;
+        deliverPendingSpans(rowData(document, 0), frame, /*endOfRow=*/true, document.context);
+        EXPECT_EQ(document.context.statusFlags, STATUS_HOST_STOP) << flatten;
+        EXPECT_EQ(callsOf("SOEmitBreak", document.host.takeCalls()),
+            Lines{flatten != 0 ? kParagraphLine : "SOEmitBreak 20 200002"});
+        EXPECT_EQ(frame.columnIndex, 2U);
+    }
+}
+
+TEST(RowSpans, RowOfFillersOnlyIsNoRowOfTheHost)
+{
+    OutputContext document;
+    // The cell over two columns covers the only one that reaches into the second row, and nothing
+    // reaches into the third: it has no columns, but a vector to be filled.
+    buildTable(document, {{kOne, {0, 3}}, {{2, 0}}, {}});
+    const Lines lines = document.walkAll();
+    EXPECT_EQ(
+        callsOf("SODefineTableRow", lines), (Lines{rowLine(2, 100'001), rowLine(3, 100'002)}));
+    const auto second = std::find(lines.begin(), lines.end(), std::string("SOEmitBreak 19 100002"));
+    ASSERT_NE(second, lines.end());
+    EXPECT_EQ(Lines(second + 1, lines.end()),
+        joined({kRowIndents,
+            {"SODefineTableCell {@0=224} -> 200005", "SOEmitBreak 20 200005",
+                "SODefineTableCell {@0=224} -> 200006", "SOEmitBreak 20 200006"},
+            kRowIndents, {kFinishTable, kTableBreak}}));
 }
 
 TEST(RowSpans, FlattenedOnesAreParagraphs)

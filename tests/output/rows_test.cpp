@@ -157,6 +157,19 @@ TEST(Rows, EntryAndExitCloseTheParagraph)
     }
 }
 
+TEST(Rows, RowThatTheHostRefusesEndsWithoutABreak)
+{
+    const SODefineTableRowRoutine refuse
+        = [](const TableRowRecord*, void*, void*) -> std::uint32_t { return 0xFFFF'FFFF; };
+    OutputContext document;
+    document.build(u"<table><tbody><tr><td>x</td></tr></tbody></table>");
+    document.context.soRoutines[SO_DEFINE_TABLE_ROW - 1] = reinterpret_cast<void*>(refuse);
+    EXPECT_EQ(document.walkAll(),
+        joined({{kTableBreak, kPlainTable}, kRowIndents,
+            {kPlainCell + " -> 200001", textLine("x"), "SOEmitBreak 20 200001"}, kRowIndents,
+            {kFinishTable, kTableBreak}}));
+}
+
 TEST(Rows, PlaceAmongTheOthers)
 {
     OutputContext document;

@@ -133,7 +133,7 @@ TEST(Tables, AlignmentOutsideIsGivenBack)
         {VALUE_RIGHT, VALUE_CENTER, {"SOSetProperty 12 2 0 0"}},
         {VALUE_CENTER, VALUE_LEFT, {"SOSetProperty 12 3 0 0"}},
         {VALUE_JUSTIFY, VALUE_NONE, {"SOSetProperty 12 3 0 0"}},
-        {VALUE_NONE, VALUE_CENTER, {}},
+        {VALUE_NONE, VALUE_CENTER, {"SOSetProperty 12 0 0 0"}},
     };
     for (const Row& row : rows) {
         for (const std::uint32_t flatten : {0U, 1U}) {
@@ -209,6 +209,23 @@ TEST(Tables, TwoTablesInARow)
     EXPECT_EQ(document.walkAll(),
         (Lines{kTableBreak, kPlainTable, kFinishTable, kTableBreak, kTableBreak, kPlainTable,
             kFinishTable, kTableBreak}));
+}
+
+TEST(Tables, StopAtTheBreakInFrontIsDropped)
+{
+    OutputContext document;
+    document.build(u"<table><tbody><tr><td>x</td></tr></tbody></table>");
+    document.attribute(document.find(ELEMENT_TABLE), ATTRIBUTE_ID, u"n");
+    document.host.stopEvery = 1;
+    // Only breaks of other kinds can end the slice, so the table is met once.
+    EXPECT_FALSE(document.walkSlice() && document.context.statusFlags == 0);
+    EXPECT_EQ(document.host.takeCalls(),
+        joined({{"SOStoreString \"n\" 347078656 1 -> 1", "SOBeginReference -> 1",
+                    "SOAddReferencePart 512 1 0", "SOEndReference",
+                    "SOBeginTagged 2147614728 1 {@4=1}", "SOEndTagged 2147614728 1", kTableBreak,
+                    kPlainTable},
+            kOneCell, {kFinishTable, kTableBreak}}));
+    EXPECT_EQ(document.walkAll(), Lines{});
 }
 
 TEST(Tables, StopInFrontOfAnInnerTableIsDropped)

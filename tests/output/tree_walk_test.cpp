@@ -211,6 +211,100 @@ TEST(TreeWalk, ReindexFindsWhatTheWalkKnew)
     EXPECT_EQ(internals.openParagraphs.getCount(), 0);
 }
 
+TEST(TreeWalk, ElementsWhoseFramesAreLostAreLeftAllTheSame)
+{
+    struct Row {
+        const char16_t* markup;
+        ZVHTMLElement first;
+    };
+    const Row rows[] = {
+        {u"<p>a</p><div>x<br></br>y</div>", ELEMENT_P},
+        {u"<li>a</li><div>x<br></br>y</div>", ELEMENT_LI},
+        {u"<p><li><p>a</p></li></p><div>x<br></br>y</div>", ELEMENT_LI},
+    };
+    for (const Row& row : rows) {
+        OutputContext document;
+        document.build(row.markup);
+        for (int i = 0; HtmlTreeNode* const paragraph = document.find(ELEMENT_P, i); ++i)
+            document.declare(paragraph, PROPERTY_MARGIN_BOTTOM, document.pixels(16));
+        // As behind a position in the text of the first element.
+        HtmlTreeNode* node = document.find(row.first);
+        while (node->firstChild != nullptr)
+            node = node->firstChild;
+        document.context.walkNode = node;
+        reindexOpenFrames(document.context);
+        EXPECT_TRUE(document.walkSlice());
+        // Neither the margin of the p nor the indent of the item.
+        EXPECT_EQ(document.host.takeCalls(),
+            (Lines{textLine("x"), kParagraphLine, "SOSetProperty 98 1 0 0",
+                "SOSetProperty 99 1 0 0", textLine("y"), kParagraphLine}))
+            << &row - rows;
+        EXPECT_EQ(document.context.internals->openParagraphs.getCount(), 0);
+        EXPECT_EQ(document.context.internals->openListItems.getCount(), 0);
+    }
+}
+
+TEST(TreeWalk, WalkBehindAnExceptionKnowsWhereItIs)
+{
+    for (const ZVHTMLElement id : {ELEMENT_P, ELEMENT_LI}) {
+        OutputContext document;
+        document.build(id == ELEMENT_P ? u"<p>a</p><div>x<br></br>y</div>"
+                                       : u"<li>a</li><div>x<br></br>y</div>");
+        document.declare(document.find(id), PROPERTY_MARGIN_BOTTOM, document.pixels(16));
+        document.host.throwAt = 1;
+        EXPECT_THROW(document.walkSlice(), HostGaveUp);
+        EXPECT_EQ(document.host.takeCalls(), Lines{textLine("a")});
+        // The walk begins anew, and the element of the first try is no longer one that it is in.
+        const Lines lines = document.walkAll();
+        const auto x = std::find(lines.begin(), lines.end(), textLine("x"));
+        ASSERT_NE(x, lines.end());
+        EXPECT_EQ(Lines(x, lines.end()),
+            (Lines{textLine("x"), kParagraphLine, "SOSetProperty 98 1 0 0",
+                "SOSetProperty 99 1 0 0", textLine("y"), kParagraphLine}));
+        EXPECT_EQ(document.context.internals->openParagraphs.getCount(), 0);
+        EXPECT_EQ(document.context.internals->openListItems.getCount(), 0);
+    }
+}
+
+TEST(TreeWalk, ParagraphLeftByAWalkThatFailedIsKnownAgain)
+{
+    OutputContext document;
+    document.build(u"<p>a<br></br>b<br></br>c</p><div>d</div>");
+    document.declare(document.find(ELEMENT_P), PROPERTY_MARGIN_BOTTOM, document.pixels(16));
+    document.host.stopEvery = 1;
+    EXPECT_FALSE(document.walkSlice());
+    EXPECT_EQ(document.context.walkNode, document.find(ELEMENT_BR));
+    document.host.takeCalls();
+    document.host.stopEvery = 0;
+    // The host gives up at the text behind the p.
+    document.host.throwAt = document.host.callCount + 11;
+    EXPECT_THROW(document.walkSlice(), HostGaveUp);
+    const Lines once = document.host.takeCalls();
+    ASSERT_EQ(once.back(), textLine("d"));
+    const Lines again = document.walkAll();
+    ASSERT_GT(again.size(), 6U);
+    const Lines breaks{textLine("b"), "SOSetProperty 99 1 0 0", kParagraphLine,
+        "SOSetProperty 98 1 0 0", "SOSetProperty 99 1 240 0", textLine("c")};
+    EXPECT_EQ(Lines(once.begin(), once.begin() + 6), breaks);
+    EXPECT_EQ(Lines(again.begin(), again.begin() + 6), breaks);
+    EXPECT_EQ(document.context.internals->openParagraphs.getCount(), 0);
+}
+
+TEST(TreeWalk, TablesOfAWalkThatFailedAreOnlyThoseWithAFrame)
+{
+    OutputContext document;
+    document.build(u"<table><caption>a</caption><tbody><tr><td>b</td></tr></tbody></table><p>c</p>"
+                   u"<p>d</p>");
+    document.host.throwAt = 2;
+    EXPECT_THROW(document.walkSlice(), HostGaveUp);
+    // Only the frame of the caption is left, so the table is an outermost one again.
+    EXPECT_EQ(document.context.tableBreakSent, 1U);
+    EXPECT_FALSE(document.walkSlice());
+    EXPECT_EQ(document.context.internals->openTables, 0U);
+    EXPECT_EQ(document.context.statusFlags, STATUS_HOST_STOP);
+    EXPECT_EQ(document.host.calls.back(), "SOEmitBreak 9 0");
+}
+
 TEST(TreeWalk, HostThatGivesUpAtAnyCallLeaksNothing)
 {
     std::uint32_t calls = 1;
