@@ -29,8 +29,8 @@ void pushWalk(
     TableWalk& walk = tableWalkOf(context);
     walk.captions.ensureCapacity(walk.captions.getCount() + 2);
     reserveOpenNodes(context);
-    walk.captions.add({&table, &caption, tableFrame.release(), internals.openParagraphs.getCount(),
-        internals.openListItems.getCount()});
+    walk.captions.add({&table, &caption, tableFrame.release(), context.deferredList.getCount(),
+        internals.openParagraphs.getCount(), internals.openListItems.getCount()});
     internals.openParagraphs.add(nullptr);
     internals.openListItems.add(nullptr);
     ++internals.openTables;
@@ -48,6 +48,19 @@ FramePointer popWalk(HtmlFilterContext& context)
     shorten(internals.openParagraphs, caption.paragraphCount);
     shorten(internals.openListItems, caption.listItemCount);
     return frame;
+}
+
+/// Drops what is still open in the caption that the walk is in, of which nobody will come out.
+/// Nothing of it is undone; only the tables end, so that the host sees the end of each that it has
+/// been told of.
+void dropOpenContent(HtmlFilterContext& context)
+{
+    const std::int32_t kept = context.internals->tableWalk->captions.last().frameCount;
+    while (context.deferredList.getCount() > kept) {
+        if (newestFrame(context)->element == ELEMENT_TABLE)
+            leaveTable(*innermostTable(context)->node, context);
+        popFrame(context);
+    }
 }
 
 /// Delivers the style of a caption and opens its frame. Answers false when there is no memory.
@@ -105,8 +118,11 @@ HtmlTreeNode* captionInWalk(const HtmlFilterContext& context)
 HtmlTreeNode* endCaption(HtmlFilterContext& context)
 {
     HtmlTreeNode* const table = context.internals->tableWalk->captions.last().table;
+    dropOpenContent(context);
     FramePointer tableFrame = popWalk(context);
     context.walkClimbing = 0;
+    // A table in the caption that was to be met again goes with the rest of the content.
+    context.walkResume = 0;
     closeCaption(context);
     completeTable(std::move(tableFrame), *table, context);
     return table;

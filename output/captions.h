@@ -16,10 +16,10 @@ HtmlTreeNode* beginCaption(
 /// The caption that the walk is in; null outside.
 HtmlTreeNode* captionInWalk(const HtmlFilterContext& context);
 
-/// Ends that caption and completes the entry of its table, which is the answer.
+/// Ends that caption, done or not, and completes the entry of its table, which is the answer.
 HtmlTreeNode* endCaption(HtmlFilterContext& context);
 
-/// Gives up the captions that the walk is in, when it has come to an untimely end.
+/// Gives up the captions that the walk is in, which an exception has ended.
 void abandonCaptions(HtmlFilterContext& context);
 
 /// When the walk itself comes to a caption. Answers true when its content has gone out already.

@@ -14,8 +14,9 @@
 
 namespace {
 
-/// Makes room for one more, so that adding it can't fail. Longer lists grow to their double: what
-/// is kept here may be as many as the document likes.
+/// Makes room for one more, so that adding it can't fail. A list grows by half of what it holds, or
+/// to its double as long as it does so by itself, never by equal steps: what is kept here may be as
+/// many as the document likes.
 template <typename T> void reserveOne(zorvan::ArrayList<T>& list)
 {
     constexpr std::int32_t kFirstLength = 16;
@@ -29,6 +30,32 @@ template <typename T> void shorten(zorvan::ArrayList<T>& list, std::int32_t coun
     while (list.getCount() > count)
         list.remove(list.getCount() - 1);
 }
+
+/// Takes back what was added to the columns unless it is kept.
+class AddedColumns {
+public:
+    explicit AddedColumns(TableWalk& walk)
+        : walk_(&walk)
+        , count_(walk.columns.getCount())
+    {
+    }
+
+    AddedColumns(const AddedColumns&) = delete;
+    AddedColumns& operator=(const AddedColumns&) = delete;
+
+    ~AddedColumns()
+    {
+        if (walk_ != nullptr)
+            shorten(walk_->columns, count_);
+    }
+
+    std::int32_t firstColumn() const { return count_; }
+    void keep() { walk_ = nullptr; }
+
+private:
+    TableWalk* walk_; // null: what was added stays
+    std::int32_t count_; // columns before
+};
 
 /// Adds the cols of a group behind those before it. end: the column behind the last one so far.
 void addColumns(const HtmlTreeNode& group, std::uint64_t& end, TableWalk& walk)
@@ -158,13 +185,15 @@ OpenTable* innermostTable(const HtmlFilterContext& context)
 OpenTable& noteTable(HtmlTreeNode& node, HtmlFilterContext& context)
 {
     TableWalk& walk = tableWalkOf(context);
+    AddedColumns added(walk);
     OpenTable table{};
     table.node = &node;
-    table.firstColumn = walk.columns.getCount();
+    table.firstColumn = added.firstColumn();
     reserveOne(walk.tables);
     readParts(table, walk);
     readStyle(table);
     walk.tables.add(table);
+    added.keep();
     return *(walk.tables.end() - 1);
 }
 

@@ -39,6 +39,7 @@ struct CaptionWalk {
     HtmlTreeNode* table;
     HtmlTreeNode* caption;
     HTML_SOINFO* tableFrame; ///< owned; not on deferredList yet
+    std::int32_t frameCount; ///< of deferredList when the walk began, the caption's frame included
     std::int32_t paragraphCount; ///< of openParagraphs and openListItems when the walk began
     std::int32_t listItemCount;
 };

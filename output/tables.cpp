@@ -47,13 +47,12 @@ void closeParagraph(HtmlFilterContext& context)
         context.paragraphFlags &= static_cast<std::uint16_t>(~PARAGRAPH_OPEN);
 }
 
-/// What follows a table is aligned as what went before it.
+/// What follows a table is aligned as what went before it, also when nothing was said there.
 void restoreAlignment(HtmlFilterContext& context)
 {
     const auto* link = context.deferredList.head;
-    const std::uint32_t own = link->value->alignment;
     const std::uint32_t outer = link->next != nullptr ? link->next->value->alignment : 0;
-    if (own != 0 && outer != 0)
+    if (link->value->alignment != 0)
         SOSetProperty(PROPERTY_KIND_ALIGNMENT, outer, 0, 0, context);
 }
 

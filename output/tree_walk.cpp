@@ -19,6 +19,9 @@ namespace {
 constexpr std::uint32_t kNoColor = 0xFF'FFFF; // what the background is when no frame is open
 constexpr std::uint32_t kNoHandle = 0xFFFF'FFFF;
 constexpr std::uint32_t kDefaultFontSize = 16;
+// As openTables: the last walk was ended by an exception, and what is known of the open elements is
+// not that of walkNode.
+constexpr std::uint32_t kUnknownCount = 0xFFFF'FFFF;
 
 using OpenNodes = zorvan::ArrayList<HtmlTreeNode*>;
 
@@ -73,6 +76,13 @@ void noteClosed(std::uint32_t element, HtmlFilterInternals& internals)
     }
 }
 
+/// Takes a node off that is left, when it is the innermost one.
+void forgetOpen(const HtmlTreeNode& node, OpenNodes& open)
+{
+    if (open.getCount() != 0 && open.last() == &node)
+        removeLast(open);
+}
+
 void clearCounts(HtmlFilterInternals& internals)
 {
     internals.openTables = 0;
@@ -106,10 +116,25 @@ public:
     TreeWalk(const TreeWalk&) = delete;
     TreeWalk& operator=(const TreeWalk&) = delete;
 
-    /// A slice that ends well has no caption left.
-    ~TreeWalk() { abandonCaptions(context_); }
+    /// The caller's next walk begins at walkNode again when an exception has ended this one.
+    ~TreeWalk()
+    {
+        if (isDone_)
+            return;
+        abandonCaptions(context_);
+        context_.internals->openTables = kUnknownCount;
+    }
 
     HtmlTreeNode* run()
+    {
+        HtmlTreeNode* const end = walk();
+        isDone_ = true;
+        return end;
+    }
+
+private:
+    /// Walks to the end of the slice.
+    HtmlTreeNode* walk()
     {
         for (;;) {
             if (!hasEnded_ && (isFirst_ || node_ != root_)) {
@@ -121,15 +146,30 @@ public:
             } else {
                 return node_;
             }
-            // A table is delivered in one go: inside it the host's wish to stop is not granted.
-            if (context_.internals->openTables != 0)
-                context_.statusFlags &= static_cast<std::uint16_t>(~STATUS_HOST_STOP);
-            if (context_.statusFlags != 0)
+            if (hasToEnd()) {
+                // The captions end all the same, so that their tables have been entered.
+                while (root_ != treeRoot_) {
+                    endInnerWalk();
+                    dropHostStop();
+                }
                 return node_;
+            }
         }
     }
 
-private:
+    /// A table is delivered in one go: inside it the host's wish to stop is not granted.
+    void dropHostStop()
+    {
+        if (context_.internals->openTables != 0)
+            context_.statusFlags &= static_cast<std::uint16_t>(~STATUS_HOST_STOP);
+    }
+
+    bool hasToEnd()
+    {
+        dropHostStop();
+        return context_.statusFlags != 0;
+    }
+
     /// Goes on by one node. Answers whether the node is to be visited, else it was climbed to.
     bool step()
     {
@@ -161,8 +201,20 @@ private:
         const std::uint32_t element = elementOf(*node_);
         if (frame != nullptr && element != ELEMENT_NONE && frame->element == element)
             leaveElement(*node_, context_);
-        else if (element == ELEMENT_TABLE)
+        else
+            leaveWithoutFrame(element);
+    }
+
+    /// Its frame is lost, as behind a position that was stored without; it is no longer open all
+    /// the same.
+    void leaveWithoutFrame(std::uint32_t element)
+    {
+        if (element == ELEMENT_TABLE)
             forgetTable(*node_, context_);
+        else if (element == ELEMENT_P)
+            forgetOpen(*node_, context_.internals->openParagraphs);
+        else if (element == ELEMENT_LI)
+            forgetOpen(*node_, context_.internals->openListItems);
     }
 
     void visit()
@@ -207,6 +259,7 @@ private:
     bool isFirst_ = true;
     bool skipsChildren_ = false;
     bool hasEnded_ = false;
+    bool isDone_ = false;
 };
 
 } // namespace
@@ -307,11 +360,8 @@ void reindexOpenFrames(HtmlFilterContext& context)
 {
     HtmlFilterInternals& internals = *context.internals;
     clearCounts(internals);
-    for (auto* link = context.deferredList.head; link != nullptr; link = link->next) {
-        const std::uint32_t element = link->value->element;
-        if (element != ELEMENT_P && element != ELEMENT_LI)
-            noteOpened(element, nullptr, internals);
-    }
+    // Stays so if what follows fails: the next walk tries again.
+    internals.openTables = kUnknownCount;
     // Climbing meets the innermost ones first.
     for (HtmlTreeNode* node = context.walkNode; node != nullptr; node = node->parent) {
         if (elementOf(*node) == ELEMENT_P)
@@ -322,12 +372,20 @@ void reindexOpenFrames(HtmlFilterContext& context)
     std::reverse(internals.openParagraphs.begin(), internals.openParagraphs.end());
     std::reverse(internals.openListItems.begin(), internals.openListItems.end());
     reindexOpenTables(context);
+    internals.openTables = 0;
+    for (auto* link = context.deferredList.head; link != nullptr; link = link->next) {
+        const std::uint32_t element = link->value->element;
+        if (element != ELEMENT_P && element != ELEMENT_LI)
+            noteOpened(element, nullptr, internals);
+    }
 }
 
 HtmlTreeNode* walkTree(HtmlTreeNode* root, HtmlTreeNode* start, HtmlFilterContext& context)
 {
     if (context.statusFlags != 0)
         return start;
+    if (context.internals->openTables == kUnknownCount)
+        reindexOpenFrames(context);
     return TreeWalk(root, start != nullptr ? start : root, context).run();
 }
 
