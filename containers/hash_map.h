@@ -1,5 +1,6 @@
 #pragma once
 
+#include "containers/arena.h"
 #include "containers/array.h"
 #include "containers/failures.h"
 #include "containers/storage.h"
@@ -17,8 +18,8 @@ namespace zorvan {
 /// A map with separate chains in two arrays: the primary slots, one of which a key's hash chooses,
 /// and the overflow slots, through which the chains run by index. The order of iteration follows
 /// from the keys and their history alone, and consumers rely on it. Both arrays come with the first
-/// put. Keys are unsigned 32-bit or 64-bit numbers or enumerations; values are plain data or
-/// pointers, and what they point at is never deleted here.
+/// put, in one block. Keys are unsigned 32-bit or 64-bit numbers or enumerations; values are plain
+/// data or pointers, and what they point at is never deleted here.
 template <typename K, typename V>
 class HashMap : public virtual Object, public virtual AbstractObject {
     static_assert(std::is_trivially_copyable_v<K> && std::is_trivially_copyable_v<V>);
@@ -93,9 +94,10 @@ public:
     };
 
     /// bucketHint: the number of primary slots wished for, made a power of two from 16 to 65,536;
-    /// overflowSlots: the number of overflow slots to begin with.
-    HashMap(std::uint32_t bucketHint, std::uint32_t overflowSlots)
-        : store(bucketsFor(bucketHint), overflowSlots)
+    /// overflowSlots: the number of overflow slots to begin with. arena: where the storage lies,
+    /// which outlives the map and gets nothing back; null for the heap.
+    HashMap(std::uint32_t bucketHint, std::uint32_t overflowSlots, Arena* arena = nullptr)
+        : store(bucketsAtFirst(bucketHint), overflowSlots, arena)
     {
     }
 
@@ -158,6 +160,17 @@ public:
             store.addTo(bucket, key, value);
     }
 
+    /// The same for a key that is not there.
+    void putNew(K key, V value)
+    {
+        store.ensureMade();
+        const std::uint32_t bucket = store.bucketOf(key);
+        if (store.isFull(store.count + 1))
+            putGrown(bucket, key, value, /*isPresent=*/false);
+        else
+            store.addTo(bucket, key, value);
+    }
+
     /// Takes a key out, which must be there, and returns its value. The last slot of the chain
     /// moves into the place of the one that goes.
     V remove(K key)
@@ -189,6 +202,25 @@ public:
 
     /// Empties the map; both arrays stay as large as they are.
     void clear() { store.clear(); }
+
+    /// The number of primary slots at which so many keys make the map grow no more.
+    std::uint32_t bucketsFor(std::uint32_t keys) const { return store.bucketsFor(keys); }
+
+    /// Empties the map and makes it one that can't be told from a new one of these numbers, the
+    /// first of which must be a power of two from 16 on, but that its storage stays if it is large
+    /// enough.
+    void startAnew(std::uint32_t buckets, std::uint32_t overflowSlots)
+    {
+        store.startAnew(buckets, overflowSlots);
+    }
+
+    /// Lets the first put take storage for so many keys at once, so that growing takes none.
+    /// Nothing else changes. No effect behind the first put.
+    void reserveStorage(std::uint32_t keys)
+    {
+        if (store.table == nullptr)
+            store.reserve(keys);
+    }
 
     Cursor first() const { return Cursor(*this); }
 
@@ -226,7 +258,7 @@ public:
     {
         if (&source == this)
             return;
-        Store copy(source.store.capacity, source.store.overflowCapacity);
+        Store copy(source.store.capacity, source.store.overflowCapacity, store.arena);
         copy.loadFactor = source.store.loadFactor;
         if (source.store.table != nullptr)
             copy.copyArrays(source.store);
@@ -253,29 +285,30 @@ private:
     static constexpr std::uint32_t kNoHint = 0xFFFFFFFF;
     static constexpr std::uint32_t kFewestBuckets = 16;
     static constexpr std::uint32_t kMostBucketsAtFirst = 65536;
+    static constexpr std::uint32_t kMostMoved = 32; // keys that are moved by way of the stack
+    static constexpr float kLoadFactor = 0.5F;
 
     /// The two arrays with all that belongs to them.
     struct Store {
-        Store(std::uint32_t buckets, std::uint32_t overflowSlots)
+        Store(std::uint32_t buckets, std::uint32_t overflowSlots, Arena* storage)
             : table(nullptr)
             , overflow(nullptr)
             , capacity(buckets)
             , overflowCapacity(overflowSlots)
             , mask(buckets - 1)
             , count(0)
-            , loadFactor(0.5F)
+            , loadFactor(kLoadFactor)
             , freeHint(kNoHint)
+            , tableRoom(buckets)
+            , overflowRoom(overflowSlots)
+            , arena(storage)
         {
         }
 
         Store(const Store&) = delete;
         Store& operator=(const Store&) = delete;
 
-        ~Store()
-        {
-            releaseStorage(table);
-            releaseStorage(overflow);
-        }
+        ~Store() { releaseBlock(); }
 
         void swap(Store& other)
         {
@@ -287,6 +320,9 @@ private:
             std::swap(count, other.count);
             std::swap(loadFactor, other.loadFactor);
             std::swap(freeHint, other.freeHint);
+            std::swap(tableRoom, other.tableRoom);
+            std::swap(overflowRoom, other.overflowRoom);
+            std::swap(arena, other.arena);
         }
 
         std::uint32_t bucketOf(K key) const
@@ -313,12 +349,86 @@ private:
 
         void makeArrays()
         {
-            StoragePointer<Slot> newTable = allocateElements<Slot>(capacity);
-            StoragePointer<Slot> newOverflow = allocateElements<Slot>(overflowCapacity);
-            freeSlots(newTable.get(), 0, capacity);
-            freeSlots(newOverflow.get(), 0, overflowCapacity);
-            table = newTable.release();
-            overflow = newOverflow.release();
+            table = allocateBlock(overflowRoom);
+            overflow = table + tableRoom;
+            freeSlots(table, 0, capacity);
+            freeSlots(overflow, 0, overflowCapacity);
+        }
+
+        Slot* allocateBlock(std::uint32_t overflowSlots) const
+        {
+            const std::int64_t slots = std::int64_t{tableRoom} + overflowSlots;
+            if (arena == nullptr)
+                return allocateElements<Slot>(slots).release();
+            if (slots > kMaximumElements)
+                throwOutOfStorage();
+            return static_cast<Slot*>(
+                arena->allocate(static_cast<std::size_t>(slots) * sizeof(Slot), alignof(Slot)));
+        }
+
+        void releaseBlock()
+        {
+            if (arena == nullptr)
+                releaseStorage(table);
+        }
+
+        std::uint32_t bucketsFor(std::uint32_t keys) const
+        {
+            std::uint32_t buckets = kFewestBuckets;
+            while (static_cast<float>(keys) >= static_cast<float>(buckets) * loadFactor
+                && buckets < kMostBucketsAtFirst)
+                buckets *= 2;
+            return buckets;
+        }
+
+        void reserve(std::uint32_t keys) { tableRoom = std::max(tableRoom, bucketsFor(keys)); }
+
+        void startAnew(std::uint32_t buckets, std::uint32_t overflowSlots)
+        {
+            capacity = buckets;
+            mask = buckets - 1;
+            overflowCapacity = overflowSlots;
+            count = 0;
+            freeHint = kNoHint;
+            if (capacity > tableRoom || overflowCapacity > overflowRoom) {
+                releaseBlock();
+                table = nullptr;
+                tableRoom = std::max(tableRoom, capacity);
+                overflowRoom = std::max(overflowRoom, overflowCapacity);
+            }
+            if (table == nullptr)
+                return;
+            freeSlots(table, 0, capacity);
+            freeSlots(overflow, 0, overflowCapacity);
+        }
+
+        /// Whether growPut may be called.
+        bool hasRoomFor(std::uint32_t overflowSlots) const
+        {
+            return capacity <= tableRoom / 2 && overflowSlots <= overflowRoom && count <= kMostMoved
+                && loadFactor == kLoadFactor;
+        }
+
+        /// As a put that makes the map grow to so many overflow slots, without new storage.
+        void growPut(
+            std::uint32_t bucket, K key, V value, bool isPresent, std::uint32_t overflowSlots)
+        {
+            Slot moved[kMostMoved + 1];
+            std::uint32_t movedCount = 0;
+            for (std::uint32_t i = 0; i < capacity; ++i) {
+                const Slot* slot = table[i].isUsed() ? table + i : nullptr;
+                while (slot != nullptr) {
+                    moved[movedCount++] = *slot;
+                    slot = slot->next() != kEndOfChain ? overflow + slot->next() : nullptr;
+                }
+                if (i == bucket && !isPresent)
+                    moved[movedCount++] = Slot{key, kFree, value};
+            }
+            startAnew(capacity * 2, overflowSlots);
+            for (std::uint32_t i = 0; i < movedCount; ++i)
+                addTo(bucketOf(moved[i].key), moved[i].key, moved[i].value);
+            if (isPresent)
+                findIn(bucketOf(key), key)->value = value;
         }
 
         void copyArrays(const Store& source)
@@ -411,11 +521,21 @@ private:
         void growOverflow()
         {
             const std::uint32_t newCapacity = doubledOverflow();
-            StoragePointer<Slot> slots = allocateElements<Slot>(newCapacity);
-            copySlots(slots.get(), overflow, overflowCapacity);
-            freeSlots(slots.get(), overflowCapacity, newCapacity);
-            releaseStorage(std::exchange(overflow, slots.release()));
+            if (newCapacity > overflowRoom)
+                moveToBlockFor(newCapacity);
+            freeSlots(overflow, overflowCapacity, newCapacity);
             overflowCapacity = newCapacity;
+        }
+
+        void moveToBlockFor(std::uint32_t overflowSlots)
+        {
+            Slot* const block = allocateBlock(overflowSlots);
+            copySlots(block, table, capacity);
+            copySlots(block + tableRoom, overflow, overflowCapacity);
+            releaseBlock();
+            table = block;
+            overflow = block + tableRoom;
+            overflowRoom = overflowSlots;
         }
 
         void takeOut(Slot* slot)
@@ -461,16 +581,19 @@ private:
         }
 
         Slot* table; // owned, null until the first put; freed by the destructor
-        Slot* overflow; // owned, like table
+        Slot* overflow; // in the same block
         std::uint32_t capacity;
         std::uint32_t overflowCapacity;
         std::uint32_t mask;
         std::uint32_t count;
         float loadFactor;
         std::uint32_t freeHint; // overflow index last handed out, or kNoHint
+        std::uint32_t tableRoom; // slots that the block has for table, at least capacity
+        std::uint32_t overflowRoom; // the same for overflow
+        Arena* arena; // borrowed; null when the block is of the heap
     };
 
-    static std::uint32_t bucketsFor(std::uint32_t hint)
+    static std::uint32_t bucketsAtFirst(std::uint32_t hint)
     {
         return std::bit_ceil(std::clamp(hint, kFewestBuckets, kMostBucketsAtFirst));
     }
@@ -489,8 +612,14 @@ private:
         const bool needsOverflow = !isPresent && store.table[bucket].isUsed();
         if (needsOverflow && store.findOverflowSlot() == overflowSlots)
             overflowSlots = store.doubledOverflow();
+        if (store.hasRoomFor(overflowSlots)) {
+            store.growPut(bucket, key, value, isPresent, overflowSlots);
+            return;
+        }
 
-        HashMap grown(doubledBuckets(), overflowSlots, store.loadFactor);
+        HashMap grown(kFewestBuckets, overflowSlots, store.arena);
+        grown.store.startAnew(doubledBuckets(), overflowSlots);
+        grown.store.loadFactor = store.loadFactor;
         for (std::uint32_t i = 0; i < store.capacity; ++i) {
             grown.putChain(store, i);
             if (i == bucket && !isPresent)
@@ -499,12 +628,6 @@ private:
         if (isPresent)
             *grown.find(key) = value;
         store.swap(grown.store);
-    }
-
-    HashMap(std::uint32_t buckets, std::uint32_t overflowSlots, float share)
-        : store(buckets, overflowSlots)
-    {
-        store.loadFactor = share;
     }
 
     std::uint32_t doubledBuckets() const

@@ -21,7 +21,7 @@ constexpr std::uint32_t kFewestBuckets = 16;
 
 CssDeclarationList& makeKeptList(StyleSheet& sheet)
 {
-    auto* list = zorvan::newObject<CssDeclarationList>(sheet.values);
+    auto* list = zorvan::newObject<CssDeclarationList>(sheet.values, sheet.arena());
     if (list == nullptr)
         zorvan::throwOutOfStorage();
     sheet.keepNodeDeclarations(list);
@@ -153,7 +153,7 @@ CssDeclarationList* parseStyleOf(const HtmlTagNodeData& element, StyleSheet& she
     const auto* text = HtmlWStringValue::from(element.findAttribute(ATTRIBUTE_STYLE));
     if (text == nullptr || text->length == 0)
         return nullptr;
-    auto list = makeObject<CssDeclarationList>(sheet.values);
+    auto list = makeObject<CssDeclarationList>(sheet.values, sheet.arena());
     sheet.parseStyleAttribute(text->text, text->length, *list);
     if (list->isEmpty())
         return nullptr;
@@ -162,17 +162,22 @@ CssDeclarationList* parseStyleOf(const HtmlTagNodeData& element, StyleSheet& she
     return kept;
 }
 
-void tellObserver(const HtmlTreeNode& node, const CssDeclarationList* fromStyle,
-    const Selectors& rules, const CssDeclarationList* own, StyleSheet& sheet)
+/// Who wants to be told of the cascade; null for nobody.
+CascadeObserver* observerOf(const StyleSheet& sheet)
 {
     const HtmlFilterContext* const context = sheet.filter;
     if (context == nullptr || context->internals == nullptr)
-        return;
-    CascadeObserver* const observer = context->internals->cascadeObserver;
-    if (observer == nullptr)
-        return;
-    const CssDeclarationList* const builtIn = sheet.builtInDeclarations(elementOf(node));
-    observer->onCascade(node, {fromStyle, rules, own, builtIn});
+        return nullptr;
+    return context->internals->cascadeObserver;
+}
+
+/// The declarations of all rules, whether or not they are for one property.
+std::uint32_t countDeclarations(const Selectors& rules)
+{
+    std::uint32_t count = 0;
+    for (const Selector* selector : rules)
+        count += selector->declarations != nullptr ? selector->declarations->getCount() : 0;
+    return count;
 }
 
 /// Joins what the rules declare, the greatest selector first, to what has a higher rank.
@@ -185,8 +190,10 @@ CssDeclarationList* mergeRules(
         const CssDeclarationList* const declarations = rules.get(i)->declarations;
         if (declarations == nullptr)
             continue;
-        if (result == nullptr)
+        if (result == nullptr) {
             result = &makeKeptList(sheet);
+            result->reserveStorage(countDeclarations(rules));
+        }
         result->merge(*declarations, /*copy=*/true);
     }
     return result;
@@ -217,19 +224,31 @@ bool mayShare(std::uint32_t elementId)
     return elementId != ELEMENT_BODY && elementId != ELEMENT_TABLE;
 }
 
-/// Whether what a list comes to hangs on where its element stands.
-bool hangsOnPlace(const CssDeclarationList& list)
+/// What the list of an element comes to, where the same rules mean it.
+enum class HangsOn { Nothing, FontSize, Place };
+
+HangsOn whatHangsOn(const CssDeclarationList& list)
 {
+    HangsOn answer = HangsOn::Nothing;
     for (auto cursor = list.first(); !cursor.isAtEnd(); cursor.advance()) {
         const HtmlValue* const value = cursor.value()->getValue();
         const auto* keyword = HtmlCssKeywordValue::from(value);
         if (keyword != nullptr && keyword->keyword == VALUE_INHERIT)
-            return true;
+            return HangsOn::Place;
         const auto* length = HtmlLengthValue::from(value);
         if (length != nullptr && isRelative(*length))
-            return true;
+            answer = HangsOn::FontSize;
     }
-    return false;
+    return answer;
+}
+
+/// That of the parent of the element in the making, in pixels.
+std::uint32_t fontSizeInForce(const StyleSheet& sheet)
+{
+    const HtmlFilterContext* const context = sheet.filter;
+    if (context == nullptr || context->buildFrames.isEmpty())
+        return 0;
+    return context->buildFrames.head->value->fontSize;
 }
 
 /// The list of an element of which rules alone say how it looks: the one that another such element
@@ -237,27 +256,27 @@ bool hangsOnPlace(const CssDeclarationList& list)
 CssDeclarationList* shareRules(HtmlTagNodeData& element, const Selectors& rules, StyleSheet& sheet)
 {
     SharedDeclarations& shared = sheet.sharedDeclarations();
-    CssDeclarationList* const known = shared.find(element.elementId, rules);
+    const std::uint32_t fontSize = fontSizeInForce(sheet);
+    CssDeclarationList* const known = shared.find(element.elementId, rules, fontSize);
     if (known != nullptr) {
         dropEmptyOwn(element, sheet);
         return known;
     }
     CssDeclarationList* const made = joinBuiltIn(mergeRules(nullptr, rules, sheet), element, sheet);
-    if (!hangsOnPlace(*made) && shared.add(element.elementId, rules, made))
+    const HangsOn hangsOn = whatHangsOn(*made);
+    if (hangsOn == HangsOn::Place)
+        return made;
+    const bool isForAll = hangsOn == HangsOn::Nothing;
+    if (shared.add(
+            element.elementId, rules, isForAll ? SharedDeclarations::kAnyFontSize : fontSize, made))
         made->lengths = CssDeclarationList::Lengths::ResolveOnce;
     return made;
 }
 
-} // namespace
-
-CssDeclarationList* cascade(StyleSheet& sheet, HtmlTreeNode& node, HtmlTreeNode* root)
+/// fromStyle, own: null for nothing declared there.
+CssDeclarationList* joinSources(HtmlTagNodeData& element, CssDeclarationList* fromStyle,
+    const Selectors& rules, CssDeclarationList* own, StyleSheet& sheet)
 {
-    auto& element = static_cast<HtmlTagNodeData&>(*node.data);
-    CssDeclarationList* const fromStyle = parseStyleOf(element, sheet);
-    const Selectors& rules = sheet.findMatches(node, root);
-    CssDeclarationList* const own = nonEmpty(element.declarations);
-    tellObserver(node, fromStyle, rules, own, sheet);
-
     const bool hasRulesOnly = rules.getCount() != 0 && fromStyle == nullptr && own == nullptr;
     if (hasRulesOnly && mayShare(element.elementId))
         return shareRules(element, rules, sheet);
@@ -267,6 +286,25 @@ CssDeclarationList* cascade(StyleSheet& sheet, HtmlTreeNode& node, HtmlTreeNode*
         result = joinOwn(result, *own, sheet);
     }
     return joinBuiltIn(result, element, sheet);
+}
+
+} // namespace
+
+CssDeclarationList* cascade(StyleSheet& sheet, HtmlTreeNode& node, HtmlTreeNode* root)
+{
+    auto& element = static_cast<HtmlTagNodeData&>(*node.data);
+    CssDeclarationList* const fromStyle = parseStyleOf(element, sheet);
+    sheet.noteElement(element.elementId);
+    const Selectors& rules = sheet.findMatches(node, root);
+    CssDeclarationList* const own = nonEmpty(element.declarations);
+    CascadeObserver* const observer = observerOf(sheet);
+    if (observer != nullptr)
+        observer->onCascade(
+            node, {fromStyle, rules, own, sheet.builtInDeclarations(element.elementId)});
+    CssDeclarationList* const result = joinSources(element, fromStyle, rules, own, sheet);
+    if (observer != nullptr && result != nullptr)
+        observer->onCascaded(*result);
+    return result;
 }
 
 void resolveInherit(CssDeclarationList& list, HtmlFilterContext& context)

@@ -30,11 +30,13 @@ struct CascadeSources {
     const CssDeclarationList* builtIn;
 };
 
-/// Is told of every cascade before its sources are merged.
+/// Is told of every cascade: before its sources are merged, and of the list that they give unless
+/// there is none.
 class CascadeObserver {
 public:
     virtual ~CascadeObserver() = default;
     virtual void onCascade(const HtmlTreeNode& node, const CascadeSources& sources) = 0;
+    virtual void onCascaded(const CssDeclarationList& result) = 0;
 };
 
 /// The declarations of a new element from all sources, in their order of rank; null when there are

@@ -40,6 +40,9 @@ public:
 
     std::int32_t getValueCount() const;
 
+    /// Whether the values are in a list, which the declaration then has to be destroyed for.
+    bool hasList() const { return values != nullptr; }
+
     /// Makes this the only value.
     void setValue(HtmlValue* onlyValue)
     {

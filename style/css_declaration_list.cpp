@@ -4,6 +4,7 @@
 #include "containers/failures.h"
 #include "support/process_heap.h"
 
+#include <new>
 #include <utility>
 
 namespace {
@@ -11,23 +12,14 @@ namespace {
 constexpr std::uint32_t kBuckets = 16;
 constexpr std::uint32_t kOverflowSlots = 16;
 
-std::unique_ptr<CssDeclaration> checked(CssDeclaration* made)
-{
-    if (made == nullptr)
-        zorvan::throwOutOfStorage();
-    return std::unique_ptr<CssDeclaration>(made);
-}
-
-std::unique_ptr<CssDeclaration> copyOf(const CssDeclaration& declaration)
-{
-    return checked(zorvan::newObject<CssDeclaration>(declaration));
-}
+} // namespace
 
 /// Copies of declarations that have not found their list yet.
-class PendingCopies {
+class CssDeclarationList::PendingCopies {
 public:
-    explicit PendingCopies(std::uint32_t count)
-        : copies_(static_cast<std::int32_t>(count))
+    explicit PendingCopies(CssDeclarationList& list)
+        : list_(list)
+        , copies_(static_cast<std::int32_t>(list.getCount()))
     {
     }
 
@@ -37,25 +29,32 @@ public:
     ~PendingCopies()
     {
         for (std::int32_t i = 0; i < copies_.getLength(); ++i)
-            delete copies_[i];
+            list_.deleteDeclaration(copies_[i]);
     }
 
-    void set(std::int32_t index, std::unique_ptr<CssDeclaration> copy)
-    {
-        copies_[index] = copy.release();
-    }
+    void set(std::int32_t index, CssDeclaration* copy) { copies_[index] = copy; }
 
     CssDeclaration* take(std::int32_t index) { return std::exchange(copies_[index], nullptr); }
 
 private:
+    CssDeclarationList& list_;
     zorvan::Array<CssDeclaration*> copies_;
 };
 
-} // namespace
-
 CssDeclarationList::CssDeclarationList(ValueCache* cache, bool owning)
-    : Base(kBuckets, kOverflowSlots)
+    : CssDeclarationList(cache, owning, nullptr)
+{
+}
+
+CssDeclarationList::CssDeclarationList(ValueCache* cache, zorvan::Arena& arena)
+    : CssDeclarationList(cache, /*owning=*/true, &arena)
+{
+}
+
+CssDeclarationList::CssDeclarationList(ValueCache* cache, bool owning, zorvan::Arena* arena)
+    : Base(kBuckets, kOverflowSlots, arena)
     , valueCache(cache)
+    , arena_(arena)
     , ownsDeclarations(owning)
 {
 }
@@ -68,13 +67,23 @@ CssDeclarationList::~CssDeclarationList()
 
 void CssDeclarationList::add(CssDeclaration* declaration)
 {
-    std::unique_ptr<CssDeclaration> guard(ownsDeclarations ? declaration : nullptr);
+    if (arena_ != nullptr && ownsDeclarations && !holds(declaration))
+        moveToArena(declaration);
+    place(declaration);
+}
+
+/// Stores a declaration of the list's own making, or that the list only points at.
+void CssDeclarationList::place(CssDeclaration* declaration)
+{
+    const auto deleter = [this](CssDeclaration* unplaced) { deleteDeclaration(unplaced); };
+    std::unique_ptr<CssDeclaration, decltype(deleter)> guard(
+        ownsDeclarations ? declaration : nullptr, deleter);
     // Taking the old one out makes room for the new one, so that only a new property can fail.
     CssDeclaration* old = nullptr;
     Base::tryRemove(declaration->getProperty(), old);
     if (ownsDeclarations && old != declaration)
-        delete old;
-    Base::put(declaration->getProperty(), declaration);
+        deleteDeclaration(old);
+    Base::putNew(declaration->getProperty(), declaration);
     guard.release();
 }
 
@@ -84,15 +93,14 @@ void CssDeclarationList::set(
     takeOwnership();
     if (value == nullptr)
         return;
-    add(checked(zorvan::newObject<CssDeclaration>(property, value, important, edgeMargin))
-            .release());
+    place(makeDeclaration(property, value, important, edgeMargin));
 }
 
 void CssDeclarationList::setCopy(const CssDeclaration& declaration)
 {
     takeOwnership();
     if (!replaceByCopy(declaration))
-        add(copyOf(declaration).release());
+        place(makeDeclaration(declaration));
 }
 
 bool CssDeclarationList::replaceByCopy(const CssDeclaration& declaration)
@@ -105,6 +113,7 @@ bool CssDeclarationList::replaceByCopy(const CssDeclaration& declaration)
     // The declaration that is there becomes the copy: style is entered and left for each element,
     // and nearly always replaces.
     **own = declaration;
+    hasValueLists_ |= declaration.hasList();
     if (!isLast)
         putAgain(declaration.getProperty());
     return true;
@@ -125,7 +134,7 @@ void CssDeclarationList::remove(ZVCSSProperty property)
 {
     CssDeclaration* old = nullptr;
     if (Base::tryRemove(property, old) && ownsDeclarations)
-        delete old;
+        deleteDeclaration(old);
 }
 
 void CssDeclarationList::merge(const CssDeclarationList& source, bool copy)
@@ -187,11 +196,12 @@ void CssDeclarationList::copyExactlyFrom(const CssDeclarationList& source)
 {
     if (&source == this)
         return;
-    CssDeclarationList copy(valueCache, /*owning=*/false);
+    CssDeclarationList copy(valueCache, /*owning=*/false, arena_);
     copy.copyExactly(source);
     copy.takeOwnership();
     swapEntries(copy);
     std::swap(ownsDeclarations, copy.ownsDeclarations);
+    std::swap(hasValueLists_, copy.hasValueLists_);
 }
 
 void CssDeclarationList::clear()
@@ -201,25 +211,65 @@ void CssDeclarationList::clear()
     Base::clear();
 }
 
+/// A new declaration where this list keeps its own.
+template <typename... Arguments>
+CssDeclaration* CssDeclarationList::makeDeclaration(Arguments&&... arguments)
+{
+    if (arena_ != nullptr) {
+        void* const storage = arena_->allocate(sizeof(CssDeclaration), alignof(CssDeclaration));
+        auto* const made = new (storage) CssDeclaration(std::forward<Arguments>(arguments)...);
+        hasValueLists_ |= made->hasList();
+        return made;
+    }
+    auto* const made = zorvan::newObject<CssDeclaration>(std::forward<Arguments>(arguments)...);
+    if (made == nullptr)
+        zorvan::throwOutOfStorage();
+    return made;
+}
+
+/// declaration: null is fine.
+void CssDeclarationList::deleteDeclaration(CssDeclaration* declaration)
+{
+    if (arena_ == nullptr)
+        delete declaration;
+    else if (declaration != nullptr)
+        declaration->~CssDeclaration();
+}
+
+bool CssDeclarationList::holds(const CssDeclaration* declaration) const
+{
+    CssDeclaration* const* own = find(declaration->getProperty());
+    return own != nullptr && *own == declaration;
+}
+
+/// Takes a declaration of the heap over.
+void CssDeclarationList::moveToArena(CssDeclaration*& declaration)
+{
+    const std::unique_ptr<CssDeclaration> guard(declaration);
+    declaration = makeDeclaration(*guard);
+}
+
 void CssDeclarationList::deleteDeclarations()
 {
-    forEach([](ZVCSSProperty, CssDeclaration* declaration) { delete declaration; });
+    if (arena_ != nullptr && !hasValueLists_)
+        return;
+    forEach([this](ZVCSSProperty, CssDeclaration* declaration) { deleteDeclaration(declaration); });
 }
 
 void CssDeclarationList::replaceByCopies()
 {
-    PendingCopies copies(getCount());
+    PendingCopies copies(*this);
     std::int32_t made = 0;
     forEach([&](ZVCSSProperty, const CssDeclaration* declaration) {
-        copies.set(made++, copyOf(*declaration));
+        copies.set(made++, makeDeclaration(*declaration));
     });
     std::int32_t placed = 0;
-    forEach([&](ZVCSSProperty, CssDeclaration*& place) { place = copies.take(placed++); });
+    forEach([&](ZVCSSProperty, CssDeclaration*& entry) { entry = copies.take(placed++); });
 }
 
 void CssDeclarationList::addFrom(CssDeclaration* declaration)
 {
-    add(ownsDeclarations ? copyOf(*declaration).release() : declaration);
+    place(ownsDeclarations ? makeDeclaration(*declaration) : declaration);
 }
 
 /// Moves a property to where a new one would stand, as replacing does.

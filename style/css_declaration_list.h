@@ -1,5 +1,6 @@
 #pragma once
 
+#include "containers/arena.h"
 #include "containers/array_list.h"
 #include "containers/hash_map.h"
 #include "style/css_declaration.h"
@@ -21,6 +22,10 @@ public:
 
     /// cache: borrowed, outlives the list; where the values of the declarations come from.
     explicit CssDeclarationList(ValueCache* cache, bool owning = true);
+
+    /// An owning list whose storage and declarations lie in an arena, which outlives it: for lists
+    /// that are kept to the end, which make the most declarations by far.
+    CssDeclarationList(ValueCache* cache, zorvan::Arena& arena);
 
     ~CssDeclarationList() override;
 
@@ -73,6 +78,7 @@ public:
     void clear();
 
     bool isOwning() const { return ownsDeclarations; }
+    bool isInArena() const { return arena_ != nullptr; }
 
     ValueCache* const valueCache; // borrowed
 
@@ -85,6 +91,12 @@ public:
     /// The declarations as entering an element comes across them: first those to be undone, then
     /// those to be put into force.
     struct Visits {
+        explicit Visits(std::int32_t count)
+            : undone(count + 1)
+            , entered(count + 1)
+        {
+        }
+
         zorvan::ArrayList<const CssDeclaration*> undone; // borrowed from the list
         zorvan::ArrayList<const CssDeclaration*> entered; // the same
     };
@@ -93,10 +105,21 @@ public:
     std::unique_ptr<Visits> visits;
 
 private:
+    class PendingCopies;
+
+    CssDeclarationList(ValueCache* cache, bool owning, zorvan::Arena* arena);
+
+    template <typename... Arguments> CssDeclaration* makeDeclaration(Arguments&&... arguments);
+    void deleteDeclaration(CssDeclaration* declaration);
+    void moveToArena(CssDeclaration*& declaration);
     void deleteDeclarations();
+    void place(CssDeclaration* declaration);
+    bool holds(const CssDeclaration* declaration) const;
     void replaceByCopies();
     void addFrom(CssDeclaration* declaration);
     void putAgain(ZVCSSProperty property);
 
+    zorvan::Arena* const arena_; // borrowed; null when the declarations come from the heap
     bool ownsDeclarations;
+    bool hasValueLists_ = false; // in use for an arena: some declaration has, or had, a list
 };

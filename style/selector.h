@@ -67,6 +67,14 @@ public:
     CssDeclarationList* declarations = nullptr; ///< of the rule; borrowed
     const std::int32_t order;
     mutable std::uint32_t specificity = kUncomputed;
+    /// The class or the id that is all it asks for, where an index then needn't look further; of
+    /// the kind none for any other selector.
+    struct WholeName {
+        std::int32_t kind = 0; ///< SELECTOR_CLASS, SELECTOR_ID or 0
+        std::int32_t length = 0;
+        const char* text = nullptr; ///< borrowed from its condition
+    };
+    WholeName wholeName = {};
     std::uint32_t visit = 0; ///< the search in which an index came across the selector last
 
 private:

@@ -15,17 +15,17 @@ SharedDeclarations::~SharedDeclarations()
     });
 }
 
-CssDeclarationList* SharedDeclarations::find(
-    std::uint32_t elementId, const zorvan::ArrayList<Selector*>& matched) const
+CssDeclarationList* SharedDeclarations::find(std::uint32_t elementId,
+    const zorvan::ArrayList<Selector*>& matched, std::uint32_t fontSize) const
 {
     const Entry* entry = entries_.find(keyOf(elementId, matched));
-    while (entry != nullptr && !isFor(*entry, elementId, matched))
+    while (entry != nullptr && !isFor(*entry, elementId, matched, fontSize))
         entry = entry->next;
     return entry != nullptr ? entry->list : nullptr;
 }
 
-bool SharedDeclarations::add(
-    std::uint32_t elementId, const zorvan::ArrayList<Selector*>& matched, CssDeclarationList* list)
+bool SharedDeclarations::add(std::uint32_t elementId, const zorvan::ArrayList<Selector*>& matched,
+    std::uint32_t fontSize, CssDeclarationList* list)
 {
     if (matched.getCount() > kMostRules - ruleCount_)
         return false;
@@ -35,6 +35,7 @@ bool SharedDeclarations::add(
         return false;
     auto made = makeObject<Entry>();
     made->elementId = elementId;
+    made->fontSize = fontSize;
     made->list = list;
     made->rules.ensureCapacity(matched.getCount() + 1);
     for (const Selector* selector : matched)
@@ -62,10 +63,11 @@ std::int32_t SharedDeclarations::lengthOf(const Entry* first)
     return length;
 }
 
-bool SharedDeclarations::isFor(
-    const Entry& entry, std::uint32_t elementId, const zorvan::ArrayList<Selector*>& matched)
+bool SharedDeclarations::isFor(const Entry& entry, std::uint32_t elementId,
+    const zorvan::ArrayList<Selector*>& matched, std::uint32_t fontSize)
 {
     return entry.elementId == elementId
+        && (entry.fontSize == kAnyFontSize || entry.fontSize == fontSize)
         && std::equal(entry.rules.begin(), entry.rules.end(), matched.begin(), matched.end(),
             [](const CssDeclarationList* rule, const Selector* selector) {
                 return rule == selector->declarations;

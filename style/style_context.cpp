@@ -22,7 +22,8 @@ struct Undo {
     CssDeclarationList& list;
     StyleSpares& spares;
 
-    void add(const CssDeclaration& declaration) { spares.setCopy(declaration, list); }
+    // Each property of an element is undone once.
+    void add(const CssDeclaration& declaration) { spares.addCopy(declaration, list); }
 
     void add(ZVCSSProperty property, HtmlValue* value)
     {
@@ -139,6 +140,9 @@ public:
             visit(declaration);
         }
     }
+
+    /// Whether both visits are alike and change nothing.
+    bool areResolved() const { return list_.visits == nullptr && isResolved_; }
 
     /// Lets further elements that share the list find it as this one has.
     void finish()
@@ -260,13 +264,22 @@ void enterDeclarations(CssDeclarationList& list, Undo& undo, std::uint32_t eleme
 {
     ElementDeclarations declarations(list);
     using Visits = CssDeclarationList::Visits;
-    declarations.forEachResolved(frame.fontSize, &Visits::undone,
-        [&](const CssDeclaration& each) { addUndo(each, undo, elementId, context); });
     FrameValues values;
-    declarations.forEachResolved(frame.fontSize, &Visits::entered, [&](const CssDeclaration& each) {
+    const auto note = [&](const CssDeclaration& each) { addUndo(each, undo, elementId, context); };
+    const auto enter = [&](const CssDeclaration& each) {
         putIntoForce(each, elementId, context);
         noteFrameValue(each, values);
-    });
+    };
+    if (declarations.areResolved()) {
+        // What undoes a declaration hangs on no other, so both can be done on one way.
+        declarations.forEachResolved(frame.fontSize, &Visits::entered, [&](const auto& each) {
+            note(each);
+            enter(each);
+        });
+    } else {
+        declarations.forEachResolved(frame.fontSize, &Visits::undone, note);
+        declarations.forEachResolved(frame.fontSize, &Visits::entered, enter);
+    }
     declarations.finish();
     setFontSize(values.fontSize, frame);
     addIndents(values, frame);
@@ -308,8 +321,12 @@ void resolveLength(CssDeclarationList& list, ZVCSSProperty property, std::uint32
     const auto* length = HtmlLengthValue::from(list.findValue(property));
     if (length == nullptr)
         return;
-    HtmlValue* const resolved
-        = list.valueCache->lengthValue(lengthInPixels(*length, fontSize), UNITS_PIXELS);
+    HtmlLengthValue* resolved = length->inPixels;
+    if (resolved == nullptr) {
+        resolved = list.valueCache->lengthValue(lengthInPixels(*length, fontSize), UNITS_PIXELS);
+        if (!isRelative(*length))
+            length->inPixels = resolved;
+    }
     if (resolved != nullptr)
         list.replaceValue(property, resolved);
 }
@@ -330,6 +347,7 @@ void enterStyle(HtmlTreeNode& node, HtmlFilterContext& context)
     CssDeclarationList* const list = element.declarations;
     if (list != nullptr && !list->isEmpty()) {
         std::unique_ptr<CssDeclarationList> made = makeUndoList(spares, context);
+        made->reserveStorage(list->getCount());
         Undo undo{*made, spares};
         enterDeclarations(*list, undo, element.elementId, frame, context);
         element.undoDeclarations = made.release();

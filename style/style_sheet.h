@@ -1,5 +1,6 @@
 #pragma once
 
+#include "containers/arena.h"
 #include "containers/array_list.h"
 #include "containers/hash_map.h"
 #include "filter/html_filter_context.h"
@@ -29,12 +30,19 @@ public:
     /// Whether any rule can mean an element.
     bool hasRules() const { return !index_.isEmpty(); }
 
+    /// Tells of an element in the making, whose kind the rules may ask for from now on. Once one
+    /// has been told, all have to be, but for clones.
+    void noteElement(std::uint32_t elementId) { index_.noteElement(elementId); }
+
     /// The selectors that mean an element, in ascending order, good until the next call.
     const zorvan::ArrayList<Selector*>& findMatches(
         const HtmlTreeNode& node, const HtmlTreeNode* root)
     {
         return index_.findMatches(node, root);
     }
+
+    /// Where the declarations of lists lie that are kept until close.
+    zorvan::Arena& arena() { return arena_; }
 
     /// Keeps a list until close. Owns it from the call on, also when the call fails.
     void keepNodeDeclarations(CssDeclarationList* list);
@@ -66,6 +74,7 @@ private:
     void readPastAtRule();
     void readPastBlock();
 
+    zorvan::Arena arena_;
     CssTokenizer tokenizer_;
     CssTokenList valueTokens_; // of the declaration that is read
     Selectors selectors_; // owned

@@ -145,7 +145,7 @@ bool StyleSheet::readSelectors(Selectors& pending)
 /// Reads the block of a rule, whose selectors are pending.
 void StyleSheet::parseRuleBlock(Selectors& pending)
 {
-    auto list = makeObject<CssDeclarationList>(values);
+    auto list = makeObject<CssDeclarationList>(values, arena_);
     parseDeclarationBlock(*list);
     if (list->isEmpty()) {
         deleteAll(pending);

@@ -14,6 +14,7 @@ namespace {
 // The capacities of a new list. One that has grown has another order of iteration.
 constexpr std::uint32_t kBuckets = 16;
 constexpr std::uint32_t kOverflowSlots = 16;
+constexpr std::uint32_t kMostBuckets = 64; // of a list that is worth its storage
 
 template <class T> std::unique_ptr<T> checked(T* made)
 {
@@ -45,8 +46,8 @@ std::unique_ptr<CssDeclarationList> StyleSpares::takeList(ValueCache* values)
 
 void StyleSpares::giveBack(std::unique_ptr<CssDeclarationList> list)
 {
-    if (list == nullptr || listCount_ == kMostLists || !list->isOwning()
-        || list->getCapacity() != kBuckets || list->getOverflowCapacity() != kOverflowSlots)
+    if (list == nullptr || listCount_ == kMostLists || !list->isOwning() || list->isInArena()
+        || list->getCapacity() > kMostBuckets || list->getOverflowCapacity() != kOverflowSlots)
         return;
     for (auto cursor = list->first(); !cursor.isAtEnd(); cursor.advance()) {
         if (declarationCount_ == kMostDeclarations)
@@ -54,14 +55,18 @@ void StyleSpares::giveBack(std::unique_ptr<CssDeclarationList> list)
         else
             declarations_[declarationCount_++] = cursor.value();
     }
-    list->CssDeclarationList::Base::clear();
+    list->startAnew(kBuckets, kOverflowSlots);
     lists_[listCount_++] = list.release();
 }
 
 void StyleSpares::setCopy(const CssDeclaration& declaration, CssDeclarationList& list)
 {
-    if (list.replaceByCopy(declaration))
-        return;
+    if (!list.replaceByCopy(declaration))
+        addCopy(declaration, list);
+}
+
+void StyleSpares::addCopy(const CssDeclaration& declaration, CssDeclarationList& list)
+{
     std::unique_ptr<CssDeclaration> copy;
     if (declarationCount_ > 0) {
         copy.reset(declarations_[--declarationCount_]);
@@ -69,7 +74,7 @@ void StyleSpares::setCopy(const CssDeclaration& declaration, CssDeclarationList&
     } else {
         copy = checked(zorvan::newObject<CssDeclaration>(declaration));
     }
-    list.CssDeclarationList::Base::put(declaration.getProperty(), copy.get());
+    list.CssDeclarationList::Base::putNew(declaration.getProperty(), copy.get());
     copy.release();
 }
 

@@ -29,6 +29,9 @@ public:
     /// As CssDeclarationList::setCopy, for an owning list.
     void setCopy(const CssDeclaration& declaration, CssDeclarationList& list);
 
+    /// The same for a property that the list has no declaration of.
+    void addCopy(const CssDeclaration& declaration, CssDeclarationList& list);
+
     /// Sees to it that pushFrame needs no memory. Throws std::bad_alloc.
     void reserveFrame();
 

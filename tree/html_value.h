@@ -148,6 +148,8 @@ public:
     static constexpr std::int32_t kDotsPerInch = 96;
 
     const zorvan::Length length;
+    /// What it is in pixels, once somebody has asked the cache for it; null for em and ex.
+    mutable HtmlLengthValue* inPixels = nullptr;
 };
 
 /// Puts values in order: by kind, then by number, whatever the unit of a length. Strings are all

@@ -67,15 +67,100 @@ TEST_F(DeclarationList, BeginsEmptyWithSixteenAndSixteen)
         25, "item could not be found", [&] { list.get(PROPERTY_COLOR); });
 }
 
-TEST_F(DeclarationList, EntryIsOneBlockBesideTheTwoOfTheList)
+TEST_F(DeclarationList, EntryIsOneBlockBesideThatOfTheList)
 {
     HtmlValue* const value = cache.numberValue(1);
     CssDeclarationList list(&cache);
     zorvan::clearAllocationFailure();
     list.set(PROPERTY_COLOR, value, false, false);
-    EXPECT_EQ(zorvan::allocationsSeen(), 3U);
+    EXPECT_EQ(zorvan::allocationsSeen(), 2U);
     list.set(PROPERTY_WIDTH, value, false, false);
-    EXPECT_EQ(zorvan::allocationsSeen(), 4U);
+    EXPECT_EQ(zorvan::allocationsSeen(), 3U);
+}
+
+TEST_F(DeclarationList, AListInAnArenaTakesItsStorageThere)
+{
+    zorvan::Arena arena;
+    HtmlValue* const value = cache.numberValue(1);
+    zorvan::clearAllocationFailure();
+    for (int made = 0; made < 20; ++made) {
+        CssDeclarationList list(&cache, arena);
+        EXPECT_TRUE(list.isInArena());
+        EXPECT_TRUE(list.isOwning());
+        for (std::uint32_t number = 1; number < 30; ++number)
+            list.set(property(number), value, false, false);
+    }
+    EXPECT_EQ(zorvan::allocationsSeen(), 1U);
+    EXPECT_FALSE(CssDeclarationList(&cache).isInArena());
+}
+
+TEST_F(DeclarationList, AListInAnArenaIsLikeAnyOther)
+{
+    zorvan::Arena arena;
+    CssDeclarationList inArena(&cache, arena);
+    CssDeclarationList onHeap(&cache);
+    std::mt19937 random(3);
+    for (int step = 0; step < 2'000; ++step) {
+        const ZVCSSProperty at = property(static_cast<std::uint32_t>(random() % 40 + 1));
+        const bool important = random() % 4 == 0;
+        HtmlValue* const value = cache.numberValue(step);
+        CssDeclaration declaration(at, value, important, false);
+        if (random() % 3 == 0)
+            declaration.addValue(cache.numberValue(step + 1));
+        CssDeclarationList source(&cache);
+        source.setCopy(declaration);
+        const auto kind = random() % 6;
+        for (CssDeclarationList* list : {&inArena, &onHeap}) {
+            switch (kind) {
+            case 0:
+                list->add(new CssDeclaration(declaration));
+                break;
+            case 1:
+                list->setCopy(declaration);
+                break;
+            case 2:
+                list->merge(source, /*copy=*/true);
+                break;
+            case 3:
+                list->remove(at);
+                break;
+            case 4:
+                list->replaceByCopy(declaration);
+                break;
+            default:
+                list->set(at, value, important, false);
+            }
+        }
+        ASSERT_EQ(propertiesOf(inArena), propertiesOf(onHeap));
+        for (const std::uint32_t number : propertiesOf(onHeap))
+            ASSERT_TRUE(inArena.get(property(number))->equals(*onHeap.get(property(number)), true));
+    }
+    CssDeclarationList copy(&cache, arena);
+    setAll(copy, {1, 2}, 1);
+    copy.copyExactlyFrom(onHeap);
+    EXPECT_EQ(propertiesOf(copy), propertiesOf(onHeap));
+    EXPECT_TRUE(copy.isInArena());
+    // Its own declaration again.
+    copy.add(copy.get(property(propertiesOf(copy).front())));
+    EXPECT_EQ(copy.getCount(), onHeap.getCount());
+    copy.clear();
+    EXPECT_TRUE(copy.isEmpty());
+}
+
+TEST_F(DeclarationList, EachAllocationOfAListInAnArenaMayFail)
+{
+    HtmlValue* const value = cache.numberValue(1);
+    CssDeclaration many(PROPERTY_TEXT_DECORATION, value, false, false);
+    many.addValue(cache.numberValue(2));
+    std::uint32_t failures = 0;
+    for (int made = 0; made < 3; ++made) {
+        zorvan::Arena arena;
+        CssDeclarationList list(&cache, arena);
+        failures += testing_support::failEachAllocation(
+            [&] { list.setCopy(many); }, [&] { EXPECT_TRUE(list.isEmpty()); });
+        EXPECT_EQ(list.get(PROPERTY_TEXT_DECORATION)->getValueCount(), 2);
+    }
+    EXPECT_GT(failures, 3U);
 }
 
 TEST_F(DeclarationList, SetStoresAndReplaces)

@@ -11,6 +11,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -74,6 +75,28 @@ private:
 };
 
 using Found = std::vector<std::int32_t>;
+
+/// Two names that have one hash as classes, found by trying.
+std::pair<std::string, std::string> wordsOfOneNumber()
+{
+    std::vector<std::pair<std::uint32_t, std::string>> names;
+    std::mt19937 random(1);
+    for (std::uint32_t i = 0; i < 300'000; ++i) {
+        std::string name;
+        for (int letters = 0; letters < 8; ++letters)
+            name += static_cast<char>('a' + random() % 26);
+        std::uint32_t key = 0x811C9DC5;
+        for (const char letter : name)
+            key = (key ^ static_cast<std::uint8_t>(letter)) * 0x01000193U;
+        names.emplace_back(key, std::move(name));
+    }
+    std::sort(names.begin(), names.end());
+    for (std::size_t i = 1; i < names.size(); ++i) {
+        if (names[i].first == names[i - 1].first)
+            return {names[i - 1].second, names[i].second};
+    }
+    return {};
+}
 
 TEST(SelectorIndex, IsEmptyUntilItHasASelectorThatCanMatch)
 {
@@ -171,26 +194,7 @@ TEST(SelectorIndex, EveryElementHasItsPlace)
 // Names that have one number lead to each other's selectors; those are tried, not taken.
 TEST(SelectorIndex, NamesThatShareANumberStayApart)
 {
-    // Found by trying: both classes have the same hash.
-    const std::pair<std::string, std::string> same = [] {
-        std::vector<std::pair<std::uint32_t, std::string>> names;
-        std::mt19937 random(1);
-        for (std::uint32_t i = 0; i < 300'000; ++i) {
-            std::string name;
-            for (int letters = 0; letters < 8; ++letters)
-                name += static_cast<char>('a' + random() % 26);
-            std::uint32_t key = 0x811C9DC5;
-            for (const char letter : name)
-                key = (key ^ static_cast<std::uint8_t>(letter)) * 0x01000193U;
-            names.emplace_back(key, std::move(name));
-        }
-        std::sort(names.begin(), names.end());
-        for (std::size_t i = 1; i < names.size(); ++i) {
-            if (names[i].first == names[i - 1].first)
-                return std::pair(names[i - 1].second, names[i].second);
-        }
-        return std::pair<std::string, std::string>();
-    }();
+    const std::pair<std::string, std::string> same = wordsOfOneNumber();
     ASSERT_NE(same.first, same.second);
     Indexed indexed({'.' + same.first, '.' + same.second});
     SelectorTree document;
@@ -200,6 +204,38 @@ TEST(SelectorIndex, NamesThatShareANumberStayApart)
     document.set(second, ATTRIBUTE_CLASS, std::u16string(same.second.begin(), same.second.end()));
     EXPECT_EQ(indexed.find(first, document.root()), Found{0});
     EXPECT_EQ(indexed.find(second, document.root()), Found{1});
+}
+
+TEST(SelectorIndex, AWordThatSharesItsNumberDoesNotHideTheOneThatIsMeant)
+{
+    // Both words of the element lead to the same place.
+    const auto [first, second] = wordsOfOneNumber();
+    SelectorTree document;
+    HtmlTreeNode& node = document.add(ELEMENT_P);
+    const std::string both = first + ' ' + second;
+    document.set(node, ATTRIBUTE_CLASS, std::u16string(both.begin(), both.end()));
+    Indexed indexed({'.' + second, '.' + first, "p." + second});
+    EXPECT_EQ(indexed.find(node, document.root()), (Found{0, 1, 2}));
+}
+
+TEST(SelectorIndex, AsksForNothingThatTheTreeNeverHad)
+{
+    SelectorTree document;
+    HtmlTreeNode& html = document.add(ELEMENT_HTML);
+    document.addText(&html);
+    document.add(ELEMENT_B, &html);
+    HtmlTreeNode& node = document.add(ELEMENT_P, &html);
+    // Whatever stands on the root passes, and an unknown name is that of a text.
+    Indexed indexed({"b ~ p", "html p", "i > html > p", "nosuchname ~ p", "i > html p",
+        ":not(i) + p", "i ~ b + p", "b + p", "b ~ .x p"});
+    const Found all = {0, 1, 3, 5, 7, 2, 4};
+    EXPECT_EQ(indexed.find(node, document.root()), all);
+    indexed.index.noteElement(ELEMENT_HTML);
+    indexed.index.noteElement(ELEMENT_P);
+    // What has not been told is not there.
+    EXPECT_EQ(indexed.find(node, document.root()), (Found{1, 3, 5, 2, 4}));
+    indexed.index.noteElement(ELEMENT_B);
+    EXPECT_EQ(indexed.find(node, document.root()), all);
 }
 
 TEST(SelectorIndex, FindsWhatTryingAllFinds)
@@ -215,8 +251,13 @@ TEST(SelectorIndex, FindsWhatTryingAllFinds)
         Indexed indexed(texts);
         SelectorTree document;
         HtmlTreeNode* parent = &document.add(ELEMENT_HTML);
+        const bool tellsElements = sheet % 2 == 0;
+        if (tellsElements)
+            indexed.index.noteElement(ELEMENT_HTML);
         for (int i = 0; i < 12; ++i) {
             HtmlTreeNode& node = document.add(kElements[random.below(4)], parent);
+            if (tellsElements)
+                indexed.index.noteElement(elementOf(node));
             if (random.below(2) == 0)
                 document.set(node, ATTRIBUTE_CLASS, kNames[random.below(5)]);
             if (random.below(3) == 0)

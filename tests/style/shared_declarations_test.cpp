@@ -14,6 +14,8 @@ namespace {
 
 using namespace testing_support;
 
+constexpr std::uint32_t kAny = SharedDeclarations::kAnyFontSize;
+
 /// Selectors with lists of rules, to be matched in any combination.
 class SharedDeclarationsTest : public testing::Test {
 protected:
@@ -59,14 +61,29 @@ private:
 TEST_F(SharedDeclarationsTest, FindsWhatWasAddedForTheSameElementAndRules)
 {
     CssDeclarationList& list = newList();
-    EXPECT_EQ(shared.find(ELEMENT_P, matched({1, 2})), nullptr);
-    EXPECT_TRUE(shared.add(ELEMENT_P, matched({1, 2}), &list));
-    EXPECT_EQ(shared.find(ELEMENT_P, matched({1, 2})), &list);
-    EXPECT_EQ(shared.find(ELEMENT_A, matched({1, 2})), nullptr);
-    EXPECT_EQ(shared.find(ELEMENT_P, matched({2, 1})), nullptr);
-    EXPECT_EQ(shared.find(ELEMENT_P, matched({1})), nullptr);
-    EXPECT_EQ(shared.find(ELEMENT_P, matched({1, 2, 3})), nullptr);
-    EXPECT_EQ(shared.find(ELEMENT_P, matched({})), nullptr);
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({1, 2}), kAny), nullptr);
+    EXPECT_TRUE(shared.add(ELEMENT_P, matched({1, 2}), kAny, &list));
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({1, 2}), kAny), &list);
+    EXPECT_EQ(shared.find(ELEMENT_A, matched({1, 2}), kAny), nullptr);
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({2, 1}), kAny), nullptr);
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({1}), kAny), nullptr);
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({1, 2, 3}), kAny), nullptr);
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({}), kAny), nullptr);
+}
+
+TEST_F(SharedDeclarationsTest, KeepsFontSizesApart)
+{
+    CssDeclarationList& ofTen = newList();
+    CssDeclarationList& ofTwelve = newList();
+    EXPECT_TRUE(shared.add(ELEMENT_P, matched({1}), 10, &ofTen));
+    EXPECT_TRUE(shared.add(ELEMENT_P, matched({1}), 12, &ofTwelve));
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({1}), 10), &ofTen);
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({1}), 12), &ofTwelve);
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({1}), 0), nullptr);
+    CssDeclarationList& ofAll = newList();
+    EXPECT_TRUE(shared.add(ELEMENT_P, matched({2}), kAny, &ofAll));
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({2}), 0), &ofAll);
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({2}), 10), &ofAll);
 }
 
 TEST_F(SharedDeclarationsTest, KeepsManyApart)
@@ -76,13 +93,13 @@ TEST_F(SharedDeclarationsTest, KeepsManyApart)
         for (std::int32_t first = 1; first <= 20; ++first) {
             for (std::int32_t second = first + 1; second <= 20; ++second) {
                 CssDeclarationList& list = newList();
-                EXPECT_TRUE(shared.add(element, matched({first, second}), &list));
+                EXPECT_TRUE(shared.add(element, matched({first, second}), kAny, &list));
                 model[{element, {first, second}}] = &list;
             }
         }
     }
     for (const auto& [key, list] : model)
-        EXPECT_EQ(shared.find(key.first, matched(key.second)), list);
+        EXPECT_EQ(shared.find(key.first, matched(key.second), kAny), list);
 }
 
 // Selectors of one number stand for lists whose keys are the same.
@@ -98,16 +115,16 @@ TEST_F(SharedDeclarationsTest, ListsOfOneKeyAreKeptApartAndHaveABound)
         same.back()->declarations = rules.back().get();
         matched.clear();
         matched.add(same.back().get());
-        EXPECT_EQ(shared.find(ELEMENT_P, matched), nullptr) << i;
-        EXPECT_EQ(
-            shared.add(ELEMENT_P, matched, rules.back().get()), i < SharedDeclarations::kMostPerKey)
+        EXPECT_EQ(shared.find(ELEMENT_P, matched, kAny), nullptr) << i;
+        EXPECT_EQ(shared.add(ELEMENT_P, matched, kAny, rules.back().get()),
+            i < SharedDeclarations::kMostPerKey)
             << i;
     }
     for (std::int32_t i = 0; i <= SharedDeclarations::kMostPerKey; ++i) {
         const auto place = static_cast<std::size_t>(i);
         matched.clear();
         matched.add(same[place].get());
-        EXPECT_EQ(shared.find(ELEMENT_P, matched),
+        EXPECT_EQ(shared.find(ELEMENT_P, matched, kAny),
             i < SharedDeclarations::kMostPerKey ? rules[place].get() : nullptr)
             << i;
     }
@@ -122,31 +139,31 @@ TEST_F(SharedDeclarationsTest, RulesInAllHaveABound)
         many.add(&selector(1));
     CssDeclarationList& list = newList();
     for (const std::uint32_t element : {ELEMENT_A, ELEMENT_B, ELEMENT_P})
-        EXPECT_TRUE(shared.add(element, many, &list));
+        EXPECT_TRUE(shared.add(element, many, kAny, &list));
     many.add(&selector(1));
-    EXPECT_FALSE(shared.add(ELEMENT_DIV, many, &list));
-    EXPECT_EQ(shared.find(ELEMENT_DIV, many), nullptr);
+    EXPECT_FALSE(shared.add(ELEMENT_DIV, many, kAny, &list));
+    EXPECT_EQ(shared.find(ELEMENT_DIV, many, kAny), nullptr);
     many.remove(kEach);
-    EXPECT_TRUE(shared.add(ELEMENT_DIV, many, &list));
-    EXPECT_EQ(shared.find(ELEMENT_DIV, many), &list);
-    EXPECT_FALSE(shared.add(ELEMENT_DIV, matched({2}), &list));
+    EXPECT_TRUE(shared.add(ELEMENT_DIV, many, kAny, &list));
+    EXPECT_EQ(shared.find(ELEMENT_DIV, many, kAny), &list);
+    EXPECT_FALSE(shared.add(ELEMENT_DIV, matched({2}), kAny, &list));
 }
 
 TEST_F(SharedDeclarationsTest, FailedAdditionLeavesWhatIsThere)
 {
     CssDeclarationList& first = newList();
     CssDeclarationList& second = newList();
-    EXPECT_TRUE(shared.add(ELEMENT_P, matched({1}), &first));
+    EXPECT_TRUE(shared.add(ELEMENT_P, matched({1}), kAny, &first));
     const std::uint32_t failures = failEachAllocation(
         [&] {
-            EXPECT_TRUE(shared.add(ELEMENT_P, matched({1, 2, 3}), &second));
+            EXPECT_TRUE(shared.add(ELEMENT_P, matched({1, 2, 3}), kAny, &second));
         },
         [&] {
-            EXPECT_EQ(shared.find(ELEMENT_P, matched({1})), &first);
-            EXPECT_EQ(shared.find(ELEMENT_P, matched({1, 2, 3})), nullptr);
+            EXPECT_EQ(shared.find(ELEMENT_P, matched({1}), kAny), &first);
+            EXPECT_EQ(shared.find(ELEMENT_P, matched({1, 2, 3}), kAny), nullptr);
         });
     EXPECT_GT(failures, 1U);
-    EXPECT_EQ(shared.find(ELEMENT_P, matched({1, 2, 3})), &second);
+    EXPECT_EQ(shared.find(ELEMENT_P, matched({1, 2, 3}), kAny), &second);
 }
 
 } // namespace

@@ -450,17 +450,17 @@ TEST(SharedStyle, EachElementIsEnteredInTheSameOrder)
 
 TEST(SharedStyle, WhatStaysAsItIsNeedsNoNotes)
 {
-    SheetDocument document("div { width: 3pt; color: red } p { width: 3em }");
+    SheetDocument document("div { width: 3pt; color: red } p { width: 3em; color: inherit }");
     HtmlTreeNode& node = document.cascaded(ELEMENT_DIV, "", "");
     using Lengths = CssDeclarationList::Lengths;
     EXPECT_EQ(document.listOf(node).lengths, Lengths::ResolveOnce);
     enterStyle(node, document.context);
     EXPECT_EQ(document.listOf(node).lengths, Lengths::Resolved);
-    HtmlTreeNode& relative = document.cascaded(ELEMENT_P, "", "");
-    EXPECT_EQ(document.listOf(relative).lengths, Lengths::Resolve);
-    enterStyle(relative, document.context);
-    EXPECT_EQ(document.listOf(relative).lengths, Lengths::Resolve);
-    EXPECT_EQ(document.listOf(relative).visits, nullptr);
+    HtmlTreeNode& inheriting = document.cascaded(ELEMENT_P, "", "");
+    EXPECT_EQ(document.listOf(inheriting).lengths, Lengths::Resolve);
+    enterStyle(inheriting, document.context);
+    EXPECT_EQ(document.listOf(inheriting).lengths, Lengths::Resolve);
+    EXPECT_EQ(document.listOf(inheriting).visits, nullptr);
 }
 
 TEST(SharedStyle, EachAllocationMayFail)
