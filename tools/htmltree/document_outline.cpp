@@ -3,8 +3,11 @@
 #include "containers/array_list.h"
 #include "containers/left_child_right_sib_tree.h"
 #include "filter/entry_points.h"
+#include "filter/filter_internals.h"
 #include "support/engine_options.h"
 #include "support/exception.h"
+#include "tools/htmltree/style_origins.h"
+#include "tree/html_tree.h"
 
 #include <cstdint>
 #include <cstring>
@@ -45,7 +48,8 @@ namespace {
             VwFreeProc(context_);
         }
 
-        void read(const host::ConversionOptions& options)
+        /// observer: told of the style of each element; null for none.
+        void read(const host::ConversionOptions& options, CascadeObserver* observer)
         {
             if (block_ == nullptr)
                 throw std::bad_alloc();
@@ -59,6 +63,8 @@ namespace {
             record.optionOwner = &owner_;
             isOpen_ = true;
             VwStreamOpen(block_, options.fileType, nullptr, &record, context_);
+            if (context_->internals != nullptr)
+                context_->internals->cascadeObserver = observer;
             VwStreamSection(block_, context_);
             // A read ends behind each outermost table.
             do {
@@ -69,11 +75,12 @@ namespace {
             throw UnfinishedDocument("the filter gave the document up");
         }
 
-        std::string outline(Declarations declarations) const
+        /// What: as outlineOf takes it.
+        template <typename What> std::string outline(const What& what) const
         {
             std::string text;
             for (HtmlTree* tree : *context_->treeList)
-                text += outlineOf(*tree->root(), declarations);
+                text += outlineOf(*tree->root(), what);
             return text;
         }
 
@@ -84,26 +91,52 @@ namespace {
         bool isOpen_ = false;
     };
 
+    /// Reads a document and answers its outline. what: as outlineOf takes it.
+    template <typename What>
+    std::string readOutline(host::DocumentStream& stream, const host::ConversionOptions& options,
+        CascadeObserver* observer, const What& what)
+    {
+        Document document(stream);
+        document.read(options, observer);
+        return document.outline(what);
+    }
+
+    /// What read() answers; throws what outlineOfDocument throws.
+    template <typename Read>
+    std::string tellingFailures(const host::DocumentStream& stream, Read read)
+    {
+        std::string outline;
+        try {
+            outline = read();
+        } catch (const zorvan::Exception& exception) {
+            const char* message = exception.message();
+            throw UnfinishedDocument("the filter failed with code "
+                + std::to_string(exception.code()) + ": " + (message == nullptr ? "" : message));
+        } catch (const UTBailOut& bailOut) {
+            throw UnfinishedDocument(
+                "the filter bailed out with code " + std::to_string(bailOut.code));
+        }
+        if (stream.readFailure() != 0)
+            throw host::ReadError(std::strerror(stream.readFailure()));
+        return outline;
+    }
+
 } // namespace
 
 std::string outlineOfDocument(
     host::DocumentStream& stream, const host::ConversionOptions& options, Declarations declarations)
 {
-    std::string outline;
-    try {
-        Document document(stream);
-        document.read(options);
-        outline = document.outline(declarations);
-    } catch (const zorvan::Exception& exception) {
-        const char* message = exception.message();
-        throw UnfinishedDocument("the filter failed with code " + std::to_string(exception.code())
-            + ": " + (message == nullptr ? "" : message));
-    } catch (const UTBailOut& bailOut) {
-        throw UnfinishedDocument("the filter bailed out with code " + std::to_string(bailOut.code));
-    }
-    if (stream.readFailure() != 0)
-        throw host::ReadError(std::strerror(stream.readFailure()));
-    return outline;
+    return tellingFailures(
+        stream, [&] { return readOutline(stream, options, nullptr, declarations); });
+}
+
+std::string stylesOfDocument(host::DocumentStream& stream, const host::ConversionOptions& options)
+{
+    StyleOrigins origins;
+    const Notes notes = [&origins](const HtmlTreeNode& element) {
+        return origins.linesOf(element.data->getDeclarations());
+    };
+    return tellingFailures(stream, [&] { return readOutline(stream, options, &origins, notes); });
 }
 
 } // namespace htmltree

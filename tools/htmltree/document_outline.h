@@ -22,4 +22,7 @@ public:
 std::string outlineOfDocument(host::DocumentStream& stream, const host::ConversionOptions& options,
     Declarations declarations);
 
+/// The same with the declarations of each element on lines of their own, and where each comes from.
+std::string stylesOfDocument(host::DocumentStream& stream, const host::ConversionOptions& options);
+
 } // namespace htmltree

@@ -71,10 +71,16 @@ void addArguments(CLI::App& app, Arguments& arguments)
            "HTML document; standard input for '-' and when left out:\n  htmltree - <page.html")
         ->check(notEmpty())
         ->type_name("");
-    app.add_flag_callback(
+    auto* const noDeclarations = app.add_flag_callback(
         "--no-declarations", [&arguments] { arguments.declarations = Declarations::LeftOut; },
         "Leaves out what stands behind ' -> ', the style:\n"
         "  htmltree --no-declarations page.html");
+    app.add_flag("--styles", arguments.styles,
+           "Puts each declaration on a line of its own and tells where it comes from: the\n"
+           "style attribute, a rule with its selector and specificity, a presentational\n"
+           "attribute, or what is built in:\n"
+           "  htmltree --styles page.html")
+        ->excludes(noDeclarations);
     addReadingSwitches(app, arguments.switches);
 }
 
@@ -83,6 +89,8 @@ std::string outlineBy(const Arguments& arguments, host::DocumentStream& stream)
     checkFileType(arguments.switches.conversion.fileType);
     checkCharset(arguments.switches);
     const host::GlobalOptionScope options(arguments.switches.globalOptions);
+    if (arguments.styles)
+        return stylesOfDocument(stream, arguments.switches.conversion);
     return outlineOfDocument(stream, arguments.switches.conversion, arguments.declarations);
 }
 

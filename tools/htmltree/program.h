@@ -11,6 +11,7 @@ namespace htmltree {
 struct Arguments {
     std::string input = {}; ///< a file; "-" and empty stand for standard input
     Declarations declarations = Declarations::Shown;
+    bool styles = false; ///< declarations stand below their element, with where they come from
     host::cli::Switches switches = {};
 };
 

@@ -123,23 +123,6 @@ namespace {
         return parts.text;
     }
 
-    std::string declarationText(ZVCSSProperty property, const CssDeclaration& declaration)
-    {
-        std::string text = nameOr(zorvan::CSSStrings::propertyName(property), "property", property);
-        text += ": ";
-        const std::int32_t count = declaration.getValueCount();
-        if (count == 0)
-            text += "null";
-        for (std::int32_t index = 0; index < count; ++index) {
-            if (index != 0)
-                text += ", ";
-            text += cssText(declaration.getValueAt(index));
-        }
-        if (declaration.important)
-            text += " !important";
-        return text;
-    }
-
     void appendIndent(std::string& outline, std::size_t depth)
     {
         if (depth <= kDeepestIndent)
@@ -148,11 +131,24 @@ namespace {
             outline += "[level " + std::to_string(depth) + "] ";
     }
 
-    void appendDeclarations(std::string& outline, const HtmlTreeNode& node)
+    /// Calls visit(node, depth) for all nodes below a node, in their order.
+    template <typename Visit> void visitBelow(const HtmlTreeNode& top, Visit visit)
     {
-        const std::string text = declarationsText(node.data->getDeclarations());
-        if (!text.empty())
-            outline += " -> " + text;
+        std::size_t depth = 0;
+        const HtmlTreeNode* node = top.firstChild;
+        while (node != nullptr) {
+            visit(*node, depth);
+            if (node->firstChild != nullptr) {
+                node = node->firstChild;
+                ++depth;
+                continue;
+            }
+            while (node != &top && node->nextSibling == nullptr) {
+                node = node->parent;
+                --depth;
+            }
+            node = node == &top ? nullptr : node->nextSibling;
+        }
     }
 
 } // namespace
@@ -177,6 +173,27 @@ std::string valueText(const HtmlValue* value)
     return std::string(parts.kind) + ':' + parts.text;
 }
 
+std::string valuesText(const CssDeclaration& declaration)
+{
+    std::string text;
+    const std::int32_t count = declaration.getValueCount();
+    if (count == 0)
+        text += "null";
+    for (std::int32_t index = 0; index < count; ++index) {
+        if (index != 0)
+            text += ", ";
+        text += cssText(declaration.getValueAt(index));
+    }
+    if (declaration.important)
+        text += " !important";
+    return text;
+}
+
+std::string propertyText(ZVCSSProperty property)
+{
+    return nameOr(zorvan::CSSStrings::propertyName(property), "property", property);
+}
+
 std::string declarationsText(const CssDeclarationList* declarations)
 {
     std::string text;
@@ -185,7 +202,7 @@ std::string declarationsText(const CssDeclarationList* declarations)
     declarations->forEach([&text](ZVCSSProperty property, const CssDeclaration* declaration) {
         if (!text.empty())
             text += "; ";
-        text += declarationText(property, *declaration);
+        text += propertyText(property) + ": " + valuesText(*declaration);
     });
     return text;
 }
@@ -213,25 +230,32 @@ std::string nodeText(const HtmlTreeNode& node)
 std::string outlineOf(const HtmlTreeNode& top, Declarations declarations)
 {
     std::string outline;
-    std::size_t depth = 0;
-    const HtmlTreeNode* node = top.firstChild;
-    while (node != nullptr) {
+    visitBelow(top, [&](const HtmlTreeNode& node, std::size_t depth) {
         appendIndent(outline, depth);
-        outline += nodeText(*node);
-        if (declarations == Declarations::Shown)
-            appendDeclarations(outline, *node);
+        outline += nodeText(node);
+        if (declarations == Declarations::Shown) {
+            const std::string text = declarationsText(node.data->getDeclarations());
+            if (!text.empty())
+                outline += " -> " + text;
+        }
         outline += '\n';
-        if (node->firstChild != nullptr) {
-            node = node->firstChild;
-            ++depth;
-            continue;
+    });
+    return outline;
+}
+
+std::string outlineOf(const HtmlTreeNode& top, const Notes& notes)
+{
+    std::string outline;
+    visitBelow(top, [&](const HtmlTreeNode& node, std::size_t depth) {
+        appendIndent(outline, depth);
+        outline += nodeText(node) + '\n';
+        if (elementOf(node) == ELEMENT_NONE)
+            return;
+        for (const std::string& note : notes(node)) {
+            appendIndent(outline, depth + 1);
+            outline += "-> " + note + '\n';
         }
-        while (node != &top && node->nextSibling == nullptr) {
-            node = node->parent;
-            --depth;
-        }
-        node = node == &top ? nullptr : node->nextSibling;
-    }
+    });
     return outline;
 }
 

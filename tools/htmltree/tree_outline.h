@@ -1,10 +1,14 @@
 #pragma once
 
 #include "filter/html_filter_context.h"
+#include "support/css_names.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+class CssDeclaration;
 class CssDeclarationList;
 class HtmlValue;
 
@@ -18,6 +22,12 @@ std::string quotedText(std::u16string_view text);
 /// A value of an attribute: a text in quotes, any other as its kind, a colon and what it is. Null
 /// is "null".
 std::string valueText(const HtmlValue* value);
+
+/// The values of a declaration, parted by ", ", and ` !important`.
+std::string valuesText(const CssDeclaration& declaration);
+
+/// The name of a property.
+std::string propertyText(ZVCSSProperty property);
 
 /// `property: value; property: value` in the order of the list; empty for null and an empty list.
 std::string declarationsText(const CssDeclarationList* declarations);
@@ -35,6 +45,10 @@ constexpr std::size_t kDeepestIndent = 200;
 /// What is below a node, one line for each node, indented by two blanks for each level; behind
 /// kDeepestIndent levels by "[level N] " and nothing else.
 std::string outlineOf(const HtmlTreeNode& top, Declarations declarations = Declarations::LeftOut);
+
+/// The same with notes below each element, each on a line of its own behind "-> ", a level deeper.
+using Notes = std::function<std::vector<std::string>(const HtmlTreeNode& element)>;
+std::string outlineOf(const HtmlTreeNode& top, const Notes& notes);
 
 /// What is below a node, on one line: children stand in brackets, attributes are left out.
 std::string shortOutlineOf(const HtmlTreeNode& top);

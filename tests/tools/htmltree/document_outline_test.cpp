@@ -57,10 +57,21 @@ TEST(DocumentOutline, ReadsByTheRequestedCharacterSet)
     EXPECT_EQ(outline("\x82\xA0", options), "html\n  head\n  body\n    \"\\u82a0\"\n");
 }
 
+TEST(DocumentOutline, StylesStandBelowTheirElements)
+{
+    host::MemoryStream stream("<style>b { color: red }</style><b>x</b>");
+    const std::string styles = stylesOfDocument(stream, {});
+    EXPECT_TRUE(styles.ends_with("  body\n    b\n      -> color: #ff0000 [rule b (1)]\n"
+                                 "      -> font-weight: bold [built-in]\n      \"x\"\n"))
+        << styles;
+}
+
 TEST(DocumentOutline, TellsAFailedRead)
 {
     BrokenStream stream;
     EXPECT_THROW(outlineOfDocument(stream, {}, Declarations::Shown), host::ReadError);
+    BrokenStream other;
+    EXPECT_THROW(stylesOfDocument(other, {}), host::ReadError);
 }
 
 } // namespace

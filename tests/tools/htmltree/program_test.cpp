@@ -30,14 +30,17 @@ TEST(Program, PrintsTheTreeOfAFileAndOfStandardInput)
         EXPECT_EQ(result.error, "");
     }
     EXPECT_NE(runTree({page}).output.find("    b -> font-weight: bold"), std::string::npos);
+    EXPECT_NE(
+        runTree({"--styles", page}).output.find("    b\n      -> font-weight: bold [built-in]\n"),
+        std::string::npos);
 }
 
 TEST(Program, HelpTellsEverySwitch)
 {
     const ProgramResult result = runTree({"--help"});
     EXPECT_EQ(result.exitCode, 0);
-    for (const char* part : {"FILE", "--no-declarations", "--charset", "--file-type", "--flags",
-             "--option", "--doc-option", "Exit codes"})
+    for (const char* part : {"FILE", "--no-declarations", "--styles", "--charset", "--file-type",
+             "--flags", "--option", "--doc-option", "Exit codes"})
         EXPECT_NE(result.output.find(part), std::string::npos) << part;
     EXPECT_EQ(result.output.find("--module"), std::string::npos);
 }
@@ -51,6 +54,7 @@ TEST(Program, BadUseIsOneLine)
         {"/tmp"},
         {page, "--what"},
         {page, page},
+        {page, "--styles", "--no-declarations"},
         {page, "--charset", "1"},
         {page, "--charset", "x"},
         {page, "--file-type", "1"},

@@ -102,6 +102,18 @@ TEST(TreeOutline, DeclarationsBehindTheAttributes)
         << outline;
 }
 
+TEST(TreeOutline, NotesStandBelowElements)
+{
+    TreeContext tree("<b id=a>x");
+    tree.build();
+    const Notes notes = [](const HtmlTreeNode& node) {
+        return elementOf(node) == ELEMENT_B ? std::vector<std::string>{"one", "two"}
+                                            : std::vector<std::string>();
+    };
+    EXPECT_EQ(outlineOf(*tree.tree.root(), notes),
+        "html\n  head\n  body\n    b id=\"a\"\n      -> one\n      -> two\n      \"x\"\n");
+}
+
 TEST(TreeOutline, DeepLevelsAreNumbers)
 {
     HtmlTree tree;
