@@ -71,6 +71,19 @@ namespace {
             / static_cast<double>(std::max<std::uint64_t>(1, measured.nodes));
     }
 
+    double perByteOf(const Measure& measured, const Document& document)
+    {
+        return measured.seconds * kNanoseconds / static_cast<double>(document.bytes.size());
+    }
+
+    /// Of the time for each node or, where the nodes are as many in both, for each byte.
+    double growth(
+        const Measure& whole, double perByte, const Measure& quarter, double quarterPerByte)
+    {
+        return whole.nodes != quarter.nodes ? perNode(whole) / perNode(quarter)
+                                            : perByte / quarterPerByte;
+    }
+
     void printRow(const HardShape& shape, std::uint32_t secondsAllowed)
     {
         std::printf("%-18s %9zu", shape.name, shape.benchCount);
@@ -83,14 +96,14 @@ namespace {
             return;
         }
         const double peak = static_cast<double>(peakMemoryOfConversion(document));
-        const double perByte
-            = whole.seconds * kNanoseconds / static_cast<double>(document.bytes.size());
+        const double perByte = perByteOf(whole, document);
         document.bytes = shape.generate(shape.benchCount / 4);
         const Measure quarter = measureInChild(document, secondsAllowed);
+        const double quarterPerByte = perByteOf(quarter, document);
         std::printf(" %9llu %9.1f %9.1f %9.1f %9.1f %9.0f %7.2f\n",
             static_cast<unsigned long long>(whole.nodes), whole.seconds * 1e3, perByte,
             perNode(whole), peak / kMebibyte, peak / static_cast<double>(whole.nodes),
-            perNode(whole) / perNode(quarter));
+            growth(whole, perByte, quarter, quarterPerByte));
     }
 
 } // namespace
@@ -102,7 +115,8 @@ int printHardRows(std::uint32_t secondsAllowed)
     for (const HardShape& shape : hardShapes())
         printRow(shape, secondsAllowed);
     std::printf(
-        "growth: ns/node beside those of a quarter of the count; 1 is linear, 4 quadratic\n");
+        "growth: ns/node, or ns/byte where the nodes stay as many, beside those of a quarter\n"
+        "of the count; 1 is linear, 4 quadratic\n");
     return 0;
 }
 

@@ -6,8 +6,8 @@
 
 namespace bench {
 
-/// A shape of document in which an obvious way to build or walk the tree costs the square of its
-/// size, or the depth of it in calls.
+/// A shape of document in which an obvious way to build, style or walk the tree costs the square of
+/// its size, or the depth of it in calls.
 struct HardShape {
     const char* name;
     std::string (*generate)(std::size_t count);

@@ -98,6 +98,9 @@ namespace {
 
     std::string className(Dice& dice) { return numbered(".c", dice.roll(kClasses)); }
 
+    /// The class of an element. As in such pages, some are used much more often than others.
+    std::string usedClass(Dice& dice) { return numbered("c", dice.roll(dice.roll(kClasses) + 1)); }
+
     std::string wrapperName(Dice& dice) { return numbered(".wrap", dice.roll(kWrappers)); }
 
     std::string selector(std::size_t rule, Dice& dice)
@@ -150,16 +153,23 @@ namespace {
         {
             start("div", numbered("wrap", dice_.roll(kWrappers)));
             text_ += '\n';
+            for (int paragraph = 0; paragraph < 3; ++paragraph)
+                addParagraph();
+            start("table", numbered("wrap", dice_.roll(kWrappers)));
+            for (int row = 0; row < 2; ++row)
+                addRow();
+            text_ += "</table></div>\n";
+        }
+
+        void addParagraph()
+        {
             start("p");
             text_ += "The path climbs from the station to ";
             start("span");
             text_ += "a view over the strait</span>. From there it is ";
             start("b");
-            text_ += "twenty minutes</b> to the lighthouse.</p>\n";
-            start("table", numbered("wrap", dice_.roll(kWrappers)));
-            for (int row = 0; row < 2; ++row)
-                addRow();
-            text_ += "</table></div>\n";
+            text_ += "twenty\nminutes</b> to the lighthouse, and the keeper's house is open on "
+                     "Sundays only.</p>\n";
         }
 
         void addRow()
@@ -168,7 +178,7 @@ namespace {
             for (int cell = 0; cell < 3; ++cell) {
                 start("td");
                 start("p");
-                text_ += "18.40</p></td>";
+                text_ += "Train, return, 18.40</p></td>";
             }
             text_ += "</tr>\n";
         }
@@ -180,9 +190,9 @@ namespace {
             text_ += name;
             if (dice_.roll(40) == 0)
                 text_ += " id=" + numbered("id", made_);
-            text_ += " class=\"" + (first.empty() ? numbered("c", dice_.roll(kClasses)) : first);
+            text_ += " class=\"" + (first.empty() ? usedClass(dice_) : first);
             if (dice_.roll(3) == 0)
-                text_ += ' ' + numbered("c", dice_.roll(kClasses));
+                text_ += ' ' + usedClass(dice_);
             text_ += "\">";
         }
 
