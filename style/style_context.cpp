@@ -110,10 +110,13 @@ public:
         if (list.visits != nullptr)
             return;
         for (auto cursor = list.first(); !cursor.isAtEnd(); cursor.advance()) {
-            isResolved_ = isResolved_ && staysAsItIs(cursor);
+            note(cursor);
             declarations_[count_++] = cursor.value();
         }
-        if (list.lengths == CssDeclarationList::Lengths::ResolveOnce && !isResolved_)
+        // Becoming owning would put other declarations in the place of these.
+        if (!isResolved_ && !list.isOwning())
+            keepsOrder_ = false;
+        if (list.lengths == CssDeclarationList::Lengths::ResolveOnce && !keepsOrder_)
             visits_ = makeObject<Visits>(count_);
     }
 
@@ -127,9 +130,12 @@ public:
                 visit(*declaration);
             return;
         }
-        if (isResolved_) {
-            for (std::int32_t i = 0; i < count_; ++i)
+        if (keepsOrder_) {
+            for (std::int32_t i = 0; i < count_; ++i) {
+                if (!isResolved_)
+                    resolveLength(list_, declarations_[i]->getProperty(), fontSize);
                 visit(*declarations_[i]);
+            }
             return;
         }
         for (const ZVCSSProperty property : PropertySnapshot(list_)) {
@@ -141,8 +147,8 @@ public:
         }
     }
 
-    /// Whether both visits are alike and change nothing.
-    bool areResolved() const { return list_.visits == nullptr && isResolved_; }
+    /// Whether both visits go the same way.
+    bool keepOrder() const { return list_.visits == nullptr && keepsOrder_; }
 
     /// Lets further elements that share the list find it as this one has.
     void finish()
@@ -157,20 +163,25 @@ private:
     // Each property stands in a list once.
     static constexpr std::int32_t kCapacity = PROPERTY_ZOOM + 1;
 
-    /// Whether resolveLength leaves a declaration as it is and where it is.
-    static bool staysAsItIs(const CssDeclarationList::Cursor& place)
+    /// Notes whether resolveLength leaves a declaration as it is and where it is.
+    void note(const CssDeclarationList::Cursor& place)
     {
         const CssDeclaration& declaration = *place.value();
         const auto* length = HtmlLengthValue::from(declaration.getValue());
-        return length == nullptr
-            || (length->length.units == UNITS_PIXELS && place.isLastOfChain()
-                && declaration.getValueCount() == 1);
+        if (length == nullptr)
+            return;
+        if (!place.isLastOfChain())
+            keepsOrder_ = false;
+        if (!keepsOrder_ || length->length.units != UNITS_PIXELS
+            || declaration.getValueCount() != 1)
+            isResolved_ = false;
     }
 
     CssDeclarationList& list_;
-    const CssDeclaration* declarations_[kCapacity]; // in use when nothing is to be resolved
+    const CssDeclaration* declarations_[kCapacity]; // in use when the order stays
     std::int32_t count_ = 0;
-    bool isResolved_ = true;
+    bool isResolved_ = true; // all lengths are in pixels, and putting them again moves nothing
+    bool keepsOrder_ = true; // no length moves when it is resolved
     std::unique_ptr<Visits> visits_; // in the making, of the list of several elements
 };
 
@@ -270,7 +281,7 @@ void enterDeclarations(CssDeclarationList& list, Undo& undo, std::uint32_t eleme
         putIntoForce(each, elementId, context);
         noteFrameValue(each, values);
     };
-    if (declarations.areResolved()) {
+    if (declarations.keepOrder()) {
         // What undoes a declaration hangs on no other, so both can be done on one way.
         declarations.forEachResolved(frame.fontSize, &Visits::entered, [&](const auto& each) {
             note(each);
